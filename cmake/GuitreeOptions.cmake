@@ -1,0 +1,36 @@
+# Options, and the third-party packages behind them. Every option is on where its packages are found;
+# asking for one whose package is missing stops the configuration instead of quietly building less.
+
+find_package(OpenCASCADE QUIET CONFIG)
+find_package(Qt6 QUIET COMPONENTS Core Gui)
+find_package(CLI11 QUIET CONFIG)
+find_package(GTest QUIET CONFIG)
+find_package(rapidcheck QUIET CONFIG)
+find_package(benchmark QUIET CONFIG)
+find_package(Threads REQUIRED)
+
+# guitree_option(NAME TEXT DEFAULT PACKAGES...): an option that is DEFAULT where all PACKAGES are found.
+function(guitree_option name text default)
+  set(missing "")
+  foreach(package IN LISTS ARGN)
+    if(NOT ${package}_FOUND)
+      list(APPEND missing ${package})
+    endif()
+  endforeach()
+  if(missing)
+    set(default OFF)
+  endif()
+  option(${name} "${text}" ${default})
+  if(${name} AND missing)
+    message(FATAL_ERROR "${name} is ON but these packages were not found: ${missing}")
+  endif()
+endfunction()
+
+guitree_option(GUITREE_WARNINGS_AS_ERRORS "Treat warnings in guitree's own code as errors" ${PROJECT_IS_TOP_LEVEL})
+guitree_option(GUITREE_WITH_STEPIMPORT "Build the STEP importer" ${PROJECT_IS_TOP_LEVEL} OpenCASCADE)
+guitree_option(GUITREE_WITH_QT "Build what needs Qt 6" ${PROJECT_IS_TOP_LEVEL} Qt6)
+guitree_option(GUITREE_WITH_KERNELCONTRACT "Build the contract test suite for kernels" ${PROJECT_IS_TOP_LEVEL} GTest)
+guitree_option(GUITREE_BUILD_APPS "Build the applications" ${PROJECT_IS_TOP_LEVEL} CLI11)
+guitree_option(GUITREE_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL} GTest rapidcheck)
+guitree_option(GUITREE_BUILD_BENCH "Build the benchmarks" ${PROJECT_IS_TOP_LEVEL} benchmark)
+guitree_option(GUITREE_TEST_PACKAGE "Test the installed package with consumer projects" ON)
