@@ -9,7 +9,8 @@ find_package(rapidcheck QUIET CONFIG)
 find_package(benchmark QUIET CONFIG)
 find_package(Threads REQUIRED)
 
-# guitree_option(NAME TEXT DEFAULT PACKAGES...): an option that is DEFAULT where all PACKAGES are found.
+# guitree_option(NAME TEXT DEFAULT PACKAGES...): an option that is DEFAULT where all PACKAGES are found. What is off for
+# want of a package is not remembered, so that a package installed later turns it on.
 function(guitree_option name text default)
   set(missing "")
   foreach(package IN LISTS ARGN)
@@ -17,12 +18,12 @@ function(guitree_option name text default)
       list(APPEND missing ${package})
     endif()
   endforeach()
-  if(missing)
-    set(default OFF)
-  endif()
-  option(${name} "${text}" ${default})
-  if(${name} AND missing)
+  if(NOT missing)
+    option(${name} "${text}" ${default})
+  elseif(${name})
     message(FATAL_ERROR "${name} is ON but these packages were not found: ${missing}")
+  else()
+    set(${name} OFF PARENT_SCOPE)
   endif()
 endfunction()
 
