@@ -1,0 +1,39 @@
+#pragma once
+
+#include <atomic>
+
+namespace du {
+
+/// Base of every object that is shared through `du::SmartPtr`. Always inherited virtually, so that an object has one
+/// count however many paths lead to it. The count may be changed from any thread.
+class RefCounted {
+public:
+  RefCounted() noexcept = default;
+  /// A copy starts with a count of its own: references are held on objects, not on their values.
+  RefCounted(const RefCounted&) noexcept {}
+  RefCounted& operator=(const RefCounted&) noexcept { return *this; }
+
+  /// Adds a reference and returns the new count. `owner` is the address of the holding pointer, for the book-keeping
+  /// of a kernel that does any; it may be null.
+  int AddReference(void* owner) const noexcept;
+
+  /// Takes a reference away and returns the remaining count. It never destroys the object: that is
+  /// `du::ReleaseReference`.
+  int RemoveReference(void* owner) const noexcept;
+
+  /// Asked when the count has reached zero, while one reference is held again. False refuses to die: the object lives
+  /// on with a count of one that no holder owns, and whoever refused sees to its end.
+  [[nodiscard]] virtual bool ZeroReferenceCountHook() const;
+
+  virtual ~RefCounted();
+
+private:
+  mutable std::atomic<int> m_count{0};
+};
+
+/// Lets go of one reference of `object`, which must not be null, and destroys the object when it was the last one and
+/// `ZeroReferenceCountHook` agrees. Returns true if the object was destroyed. Any thread; the destructor runs in the
+/// calling one.
+bool ReleaseReference(const RefCounted* object, void* owner);
+
+}  // namespace du

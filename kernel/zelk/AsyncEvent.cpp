@@ -1,0 +1,9 @@
+#include "zelk/AsyncEvent.h"
+
+namespace zelk {
+
+AsyncEvent::AsyncEvent(bool hasWorker) : BaseAsyncEvent(hasWorker) {}
+
+AsyncEvent::~AsyncEvent() = default;
+
+}  // namespace zelk

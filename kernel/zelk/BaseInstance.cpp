@@ -1,0 +1,20 @@
+#include "zelk/BaseInstance.h"
+
+#include "zelk/Descendents.h"
+
+namespace zelk {
+
+const ClassType& BaseInstance::GetClassTypes() const
+{
+  return CLASS_TYPE;
+}
+
+void BaseInstance::GetInstancesAndDescendents(const std::set<du::SmartPtr<BaseInstance>>& in,
+                                              std::set<du::SmartPtr<BaseInstance>>& out)
+{
+  std::set<du::SmartPtr<BaseInstance>> found;
+  detail::VisitDescendents(in, [&](const du::SmartPtr<BaseInstance>& instance) { found.insert(instance); });
+  out.merge(found);
+}
+
+}  // namespace zelk

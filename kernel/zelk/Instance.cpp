@@ -1,0 +1,24 @@
+#include "zelk/Instance.h"
+
+#include "zelk/Descendents.h"
+
+namespace zelk {
+
+const ClassType& Instance::GetClassTypes() const
+{
+  return CLASS_TYPE;
+}
+
+void Instance::GetInstancesAndDescendents(const std::set<du::SmartPtr<Instance>>& in,
+                                          std::set<du::SmartPtr<Instance>>& out)
+{
+  std::set<du::SmartPtr<Instance>> found;
+  detail::VisitDescendents(in, [&](const du::SmartPtr<BaseInstance>& base) {
+    if (auto instance = du::DynamicCast<Instance>(base)) {
+      found.insert(std::move(instance));
+    }
+  });
+  out.merge(found);
+}
+
+}  // namespace zelk

@@ -1,0 +1,7 @@
+#include "zelk/ShapeViewObserver.h"
+
+namespace zelk {
+
+void ShapeViewObserver::OnRenderStyleChanged() {}
+
+}  // namespace zelk
