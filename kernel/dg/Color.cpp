@@ -1,6 +1,7 @@
 #include "dg/Color.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace dg {
 namespace {
@@ -9,7 +10,7 @@ unsigned int ToByte(float component) noexcept
 {
   // Written so that a component that is no number reads as 0.
   const float inRange = component > 0.0F ? std::min(component, 1.0F) : 0.0F;
-  return static_cast<unsigned int>(inRange * 255.0F + 0.5F);
+  return static_cast<unsigned int>(std::lround(inRange * 255.0F));
 }
 
 }  // namespace

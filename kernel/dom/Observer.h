@@ -6,8 +6,9 @@ namespace dom {
 
 /// Somebody who is told of things: by callbacks of a subject at which it is registered, and by messages.
 ///
-/// A subject keeps plain pointers to its observers. So that none of them dangles, it reports each registration here, and
-/// an observer class that is released while it is registered may refuse to die until the last subject has dropped it.
+/// A subject keeps plain pointers to its observers. So that none of them dangles, it reports each registration here,
+/// and an observer class that is released while it is registered may refuse to die until the last subject has dropped
+/// it.
 class Observer : public ManagedObject {
 public:
   /// Owner's thread, in a turn of its loop.

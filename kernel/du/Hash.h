@@ -18,7 +18,10 @@ struct hash {
 /// The address without its two lowest bits, which are the same for all objects of a kernel.
 template <typename T>
 struct hash<T*> {
-  [[nodiscard]] std::size_t operator()(const T* key) const noexcept { return reinterpret_cast<std::uintptr_t>(key) >> 2; }
+  [[nodiscard]] std::size_t operator()(const T* key) const noexcept
+  {
+    return reinterpret_cast<std::uintptr_t>(key) >> 2;
+  }
 };
 
 template <typename T>

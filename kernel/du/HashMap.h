@@ -43,12 +43,14 @@ class HashMap {
     using pointer = std::conditional_t<IsConst, const value_type*, value_type*>;
 
     Iterator() noexcept = default;
+    // clang-format off
     template <bool OtherIsConst>
       requires(IsConst && !OtherIsConst)
     Iterator(const Iterator<OtherIsConst>& other) noexcept  // NOLINT(google-explicit-constructor): as for pointers
         : m_node(other.m_node)
     {
     }
+    // clang-format on
 
     reference operator*() const noexcept { return m_node->entry; }
     pointer operator->() const noexcept { return &m_node->entry; }
@@ -141,8 +143,9 @@ public:
   [[nodiscard]] const_iterator find(const K& key) const { return const_iterator(_Find(key)); }
   [[nodiscard]] bool contains(const K& key) const { return _Find(key) != nullptr; }
 
-  /// Makes room for `count` entries: when that is more than there are buckets, the table grows to `HashNextPrime(count)`
-  /// and all nodes are linked anew, taken from the tail to the head and each put in front of its bucket.
+  /// Makes room for `count` entries: when that is more than there are buckets, the table grows to
+  /// `HashNextPrime(count)` and all nodes are linked anew, taken from the tail to the head and each put in front of its
+  /// bucket.
   void reserve(size_type count)
   {
     if (count <= m_buckets.size()) {

@@ -6,8 +6,8 @@
 
 namespace du {
 
-/// Holds the one object of a kind that a kernel offers to the whole process. Any thread. Objects of this class are never
-/// destroyed, so that what is still installed when the process ends does not die among static objects.
+/// Holds the one object of a kind that a kernel offers to the whole process. Any thread. Objects of this class are
+/// never destroyed, so that what is still installed when the process ends does not die among static objects.
 template <typename T>
 class InstalledObject {
 public:

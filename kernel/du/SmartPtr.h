@@ -15,11 +15,13 @@ namespace detail {
 
 /// A class whose definition is not visible everywhere offers these two functions beside its declaration (for a nested
 /// class: as friends of the enclosing class). They are found by argument-dependent look-up, which needs no definition.
+// clang-format off
 template <typename T>
 concept HasSmartPtrHooks = requires(const T* object, void* owner) {
   { AddSmartPtrReference(object, owner) } -> std::same_as<int>;
   { AttemptDeleteSmartPtrReference(object, owner) } -> std::same_as<bool>;
 };
+// clang-format on
 
 template <typename T>
 void Acquire(const T* object, void* owner)
@@ -62,6 +64,7 @@ public:
   SmartPtr(const SmartPtr& other) : m_object(other.m_object) { _Acquire(); }
   SmartPtr(SmartPtr&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
 
+  // clang-format off
   template <typename U>
     requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)
   SmartPtr(const SmartPtr<U>& other) : m_object(other.Get())  // NOLINT(google-explicit-constructor): as for raw pointers
@@ -74,11 +77,12 @@ public:
   SmartPtr(SmartPtr<U>&& other) noexcept : m_object(other._Detach())  // NOLINT(google-explicit-constructor)
   {
   }
+  // clang-format on
 
   ~SmartPtr() { Reset(); }
 
   /// The new object is acquired before the old one is let go of; the same object is left alone.
-  SmartPtr& operator=(const SmartPtr& other)
+  SmartPtr& operator=(const SmartPtr& other)  // NOLINT(bugprone-unhandled-self-assignment): held, so left alone
   {
     if (m_object != other.m_object) {
       SmartPtr(other).Swap(*this);

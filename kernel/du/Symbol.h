@@ -21,7 +21,10 @@ public:
 
   /// The interned text, null for `EMPTY`. Two symbols are one exactly if these addresses are.
   [[nodiscard]] const char* GetText() const noexcept { return m_text ? m_text->c_str() : nullptr; }
-  [[nodiscard]] std::string_view GetView() const noexcept { return m_text ? std::string_view(*m_text) : std::string_view(); }
+  [[nodiscard]] std::string_view GetView() const noexcept
+  {
+    return m_text ? std::string_view(*m_text) : std::string_view();
+  }
   [[nodiscard]] bool IsEmpty() const noexcept { return m_text == nullptr; }
 
   operator std::string() const { return std::string(GetView()); }  // NOLINT(google-explicit-constructor)

@@ -10,8 +10,8 @@
 
 namespace structure_utils {
 
-/// What a filter needs beyond the instance: the scene, the results list and somebody who knows the status of an instance.
-/// It travels with a background run, so it may be read from any thread and may outlive whoever made it.
+/// What a filter needs beyond the instance: the scene, the results list and somebody who knows the status of an
+/// instance. It travels with a background run, so it may be read from any thread and may outlive whoever made it.
 class TreeFilterAdditionalInfo : public virtual du::RefCounted {
 public:
   /// Answers whether something is wrong with an instance. Asked on worker threads.

@@ -19,16 +19,16 @@ public:
   [[nodiscard]] virtual TreeFilterInfoBase* Duplicate() = 0;
   /// Whether the filter is on, so that the tree shows a result of it and not everything. Callers pass false.
   [[nodiscard]] virtual bool IsFiltering(bool withHidden) const = 0;
-  /// With false: whether a first pass over the tree applies that only leaves out what is hidden. With true: whether that
-  /// pass is the whole filter.
+  /// With false: whether a first pass over the tree applies that only leaves out what is hidden. With true: whether
+  /// that pass is the whole filter.
   [[nodiscard]] virtual bool IsHiddenFilter(bool hiddenOnly) const = 0;
   /// `IsFiltering` without the criteria that depend on a view.
   [[nodiscard]] virtual bool IsFilteringBase(bool withHidden) const = 0;
   /// Whether the root's position filters out `instance`, although its parents are spared.
   [[nodiscard]] virtual bool IsRootFilteredOut(const du::SmartPtr<zelk::BaseInstance>& instance) = 0;
   /// The decision for one instance. `selected` holds the selected instances, `hiddenPass` tells the pass,
-  /// `additionalInfo` is a `TreeFilterAdditionalInfo` or null, and `count`, which may be null, is a counter that the filter
-  /// may use.
+  /// `additionalInfo` is a `TreeFilterAdditionalInfo` or null, and `count`, which may be null, is a counter that the
+  /// filter may use.
   [[nodiscard]] virtual bool IsFilteredOut(const du::SmartPtr<zelk::BaseInstance>& instance,
                                            std::set<du::SmartPtr<zelk::BaseInstance>>& selected, bool hiddenPass,
                                            du::SmartPtr<du::RefCounted>& additionalInfo, unsigned int* count) = 0;

@@ -9,8 +9,8 @@
 
 namespace structure_utils {
 
-/// The instances that some search of the host has found, for filters that show only these. It does not change once it is
-/// made, so any thread may read it.
+/// The instances that some search of the host has found, for filters that show only these. It does not change once it
+/// is made, so any thread may read it.
 class TreeResultsList : public virtual du::RefCounted {
 public:
   explicit TreeResultsList(std::set<du::SmartPtr<zelk::BaseInstance>> instances) : m_instances(std::move(instances)) {}

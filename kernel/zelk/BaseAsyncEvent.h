@@ -15,8 +15,8 @@ namespace zelk {
 ///
 /// An event completes exactly once: `OnComplete` runs on the thread of the `dom::ManagedObject` that manages the event,
 /// in a later turn of its loop, whichever thread has asked for it and never from inside the call that did. A managed
-/// event lives until `OnComplete` has ended, whoever lets go of it in the meantime. An event that completes before it is
-/// managed waits for its manager.
+/// event lives until `OnComplete` has ended, whoever lets go of it in the meantime. An event that completes before it
+/// is managed waits for its manager.
 class BaseAsyncEvent : public dom::Observer, public du::UserData {
 public:
   /// Status of plain completion.
@@ -24,8 +24,8 @@ public:
   /// Status of an event without a worker that was cancelled.
   static constexpr unsigned short StatusCanceled = 0xffff;
 
-  /// Owner's thread: the percentage, and whether the event has completed. Called when the percentage changed, in a later
-  /// turn of the loop, and once with true after `OnComplete`.
+  /// Owner's thread: the percentage, and whether the event has completed. Called when the percentage changed, in a
+  /// later turn of the loop, and once with true after `OnComplete`.
   using ProgressListener = std::function<void(unsigned char percent, bool isCompleted)>;
 
   /// `hasWorker` tells that the work runs on a worker which will notice a cancel and complete the event by itself.

@@ -24,8 +24,8 @@ public:
   [[nodiscard]] virtual bool IsPlainIconInstance() const = 0;
   [[nodiscard]] virtual bool IsBodyInstance() const = 0;
   [[nodiscard]] virtual du::Symbol GetInstanceSubKey() const = 0;
-  /// Overwrites `out` with the value of a property. Without such a property `out` is a value of the text `fallback`, and
-  /// null when `fallback` is empty.
+  /// Overwrites `out` with the value of a property. Without such a property `out` is a value of the text `fallback`,
+  /// and null when `fallback` is empty.
   virtual void GetPropertyValue(du::SmartPtr<PropertyValue>& out, const du::Symbol& group, const du::Symbol& name,
                                 const du::Symbol& fallback) const = 0;
 

@@ -9,8 +9,8 @@
 namespace zelk::detail {
 
 /// Calls `add` with all of `starts` and all their descendants. The subtree of a start is walked once, also when that
-/// start lies below another one: a chain of starts would cost the square of its length otherwise. The walk keeps its own
-/// stack, so that the depth of a tree is no limit.
+/// start lies below another one: a chain of starts would cost the square of its length otherwise. The walk keeps its
+/// own stack, so that the depth of a tree is no limit.
 template <typename T, typename Add>
 void VisitDescendents(const std::set<du::SmartPtr<T>>& starts, const Add& add)
 {

@@ -10,8 +10,8 @@ namespace zelk {
 
 /// A node of the assembly tree. Threads as for `BaseInstance`.
 ///
-/// Siblings that show the same product are multi-instanced siblings of each other; the first of them in the order of the
-/// children stands for the group where groups are collapsed.
+/// Siblings that show the same product are multi-instanced siblings of each other; the first of them in the order of
+/// the children stands for the group where groups are collapsed.
 class Instance : public BaseInstance {
 public:
   static constexpr ClassType CLASS_TYPE{ClassIdInstance, "zelk::Instance", &BaseInstance::CLASS_TYPE};

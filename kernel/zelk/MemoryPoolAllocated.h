@@ -4,8 +4,8 @@
 
 namespace zelk {
 
-/// Base of small objects that come and go in large numbers: their memory is taken by these two, so that a pool can be put
-/// behind them in one place. Any thread.
+/// Base of small objects that come and go in large numbers: their memory is taken by these two, so that a pool can be
+/// put behind them in one place. Any thread.
 class MemoryPoolAllocated {
 public:
   static void* operator new(std::size_t size);

@@ -8,7 +8,8 @@ namespace zelk {
 /// calls what it supports and an observer overrides what it wants to know. Owner's thread only.
 class Observer : public dom::Observer {
 public:
-  /// Whether runs of callbacks must be bracketed; true by default. Kernels bracket every run, single callbacks included.
+  /// Whether runs of callbacks must be bracketed; true by default. Kernels bracket every run, single callbacks
+  /// included.
   [[nodiscard]] virtual bool RequiresBeginEnd() const;
   virtual void OnBeginUpdate();
   virtual void OnEndUpdate();

@@ -44,8 +44,8 @@ public:
   /// called first.
   virtual bool UnregisterObserver(unsigned int list, const SelectionObserver& observer) = 0;
 
-  /// Changes a list and tells its observers, once and in brackets, when anything changed. Answers how many items went or
-  /// came. Null items and items that stand for nothing are passed over.
+  /// Changes a list and tells its observers, once and in brackets, when anything changed. Answers how many items went
+  /// or came. Null items and items that stand for nothing are passed over.
   virtual unsigned int ApplyItems(unsigned int list, const ItemSet& items, Operation operation) = 0;
 
   [[nodiscard]] virtual bool ContainsItem(unsigned int list, du::SmartPtr<SelectionItem> item,

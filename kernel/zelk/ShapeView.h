@@ -14,7 +14,8 @@ public:
   /// With `replay` the observer is first told of the present settings. False, and nothing done, if it is registered
   /// already.
   virtual bool RegisterObserver(ShapeViewObserver& observer, bool replay) = 0;
-  /// False if the observer is not registered. Inside an open run of events the observer's `OnEndUpdate` is called first.
+  /// False if the observer is not registered. Inside an open run of events the observer's `OnEndUpdate` is called
+  /// first.
   virtual bool UnregisterObserver(ShapeViewObserver& observer) = 0;
 
   [[nodiscard]] const ClassType& GetClassTypes() const override { return CLASS_TYPE; }

@@ -14,8 +14,8 @@ public:
 
   /// Overwrites `out`; null for a view without a scene.
   virtual void GetScene(du::SmartPtr<Scene>& out) const = 0;
-  /// Overwrites all six, in order: whether the selection, the highlight and the associated highlight are drawn, and their
-  /// colours. Callers may pass one variable several times.
+  /// Overwrites all six, in order: whether the selection, the highlight and the associated highlight are drawn, and
+  /// their colours. Callers may pass one variable several times.
   virtual void GetHighlightSettings(bool& showSelection, bool& showHighlight, bool& showAssocHighlight,
                                     dg::Color& selection, dg::Color& highlight, dg::Color& assocHighlight) = 0;
 

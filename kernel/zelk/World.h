@@ -16,8 +16,8 @@ class World : public virtual du::RefCounted {
 public:
   /// The installed world; null while no kernel runs. Any thread.
   [[nodiscard]] static du::SmartPtr<World> GetWorld();
-  /// Makes `world` the one that `GetWorld` answers, in place of any other; null removes it. The process holds a reference
-  /// until then.
+  /// Makes `world` the one that `GetWorld` answers, in place of any other; null removes it. The process holds a
+  /// reference until then.
   static void Install(const du::SmartPtr<World>& world);
 
   /// Null when the kernel has no workers. Lives as long as the world.

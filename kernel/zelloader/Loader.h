@@ -9,8 +9,8 @@
 
 namespace zelloader {
 
-/// Brings the data of shapes. A kernel derives from it and installs one object for the process. Owner's thread, unless an
-/// operation says otherwise.
+/// Brings the data of shapes. A kernel derives from it and installs one object for the process. Owner's thread, unless
+/// an operation says otherwise.
 class Loader : public virtual du::RefCounted {
 public:
   /// What `LoadShape` is asked for: the geometry that is drawn.

@@ -7,8 +7,8 @@
 
 namespace zelremote {
 
-/// The filter of a structure panel, stored in the preferences under its name. It has no criteria yet: it carries how the
-/// panel is presented and lets every instance through.
+/// The filter of a structure panel, stored in the preferences under its name. It has no criteria yet: it carries how
+/// the panel is presented and lets every instance through.
 class StructureFilterInfo : public structure_utils::TreeFilterInfoBase {
 public:
   /// `name` tells the filters of one host apart, as a rule by view type.
@@ -16,9 +16,9 @@ public:
 
   [[nodiscard]] const du::Symbol& GetName() const noexcept { return m_name; }
 
-  /// Reads the five members below from the preferences of the running world, each under "Structure Filter/NAME/" and the
-  /// member's name in small letters with underscores ("list_mode"). What is not stored, or stored as another type, and
-  /// everything while no kernel runs, keeps its value.
+  /// Reads the five members below from the preferences of the running world, each under "Structure Filter/NAME/" and
+  /// the member's name in small letters with underscores ("list_mode"). What is not stored, or stored as another type,
+  /// and everything while no kernel runs, keeps its value.
   void LoadFromPreferences();
 
   [[nodiscard]] structure_utils::TreeFilterInfoBase* Duplicate() override;
