@@ -10,8 +10,8 @@ class FilteredTree : public virtual du::RefCounted {
 public:
   /// A place in the tree. A plain record: children form a doubly linked list, and a parent owns its children.
   struct Node {
-    /// Not counted: a node does not keep its instance alive. Null marks a placeholder, the unfilled rest of its parent's
-    /// branch; it is always the last child.
+    /// Not counted: a node does not keep its instance alive. Null marks a placeholder, the unfilled rest of its
+    /// parent's branch; it is always the last child.
     zelk::BaseInstance* instance = nullptr;
     Node* prevSibling = nullptr;
     Node* nextSibling = nullptr;

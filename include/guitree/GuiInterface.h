@@ -26,17 +26,17 @@ class TreeSelectionController;
 class TypeIconMap;
 
 /// The host's side of a tree panel: `GuiTree` calls it for every change and asks it a few questions. The host derives
-/// from it, owns it, and keeps it alive for longer than the `GuiTree`. Two operations are pure; all others have a default
-/// that keeps the library on its main path, so a host overrides what it shows.
+/// from it, owns it, and keeps it alive for longer than the `GuiTree`. Two operations are pure; all others have a
+/// default that keeps the library on its main path, so a host overrides what it shows.
 ///
 /// All calls come on the owner's thread. Rows are told by instance. Within a population they come in order, parents
 /// before children; a parent may be an instance that has no row itself, since hidden instances keep their children.
 /// Instances in the maps and sets that a host is given are identities: to be looked up, never dereferenced.
 ///
-/// A host may call `GuiTree` from inside its own callbacks, and may drop its last reference to a counted `GuiTree` there.
-/// It may edit nothing of the kernel's tree from inside `InstanceCreate`. A population that it starts from inside a
-/// callback of another one is carried out at once, and the outer one goes on afterwards: `InstanceCreate` for an instance
-/// that has a row means to update and move that row.
+/// A host may call `GuiTree` from inside its own callbacks, and may drop its last reference to a counted `GuiTree`
+/// there. It may edit nothing of the kernel's tree from inside `InstanceCreate`. A population that it starts from
+/// inside a callback of another one is carried out at once, and the outer one goes on afterwards: `InstanceCreate` for
+/// an instance that has a row means to update and move that row.
 class GuiInterface {
 public:
   class SceneManagerObserver;
@@ -52,8 +52,8 @@ public:
   /// next `GuiTree::Initialise` the old observer does nothing.
   virtual void SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer) = 0;
 
-  /// Begin and end of a batch of edits. Brackets nest. A finish may come without a start, so a host that counts clamps at
-  /// zero.
+  /// Begin and end of a batch of edits. Brackets nest. A finish may come without a start, so a host that counts clamps
+  /// at zero.
   virtual void StartTreeUpdate();
   virtual void FinishTreeUpdate();
 
@@ -63,8 +63,8 @@ public:
   virtual void InitialiseBeforePopulate();
   /// The view has changed and the rows have stayed: read the selection again.
   virtual void RefreshSelection();
-  /// Last call of a view change that kept the rows. `view` is the new one, which may be null; `wasClashReport` tells that
-  /// the one before was a `zelk::ClashReportView`.
+  /// Last call of a view change that kept the rows. `view` is the new one, which may be null; `wasClashReport` tells
+  /// that the one before was a `zelk::ClashReportView`.
   virtual void PostOnActiveViewChanged(const du::SmartPtr<zelk::View>& view, bool wasClashReport);
   virtual void UpdateStatusBar();
   virtual void UpdateFilterUI();
@@ -79,8 +79,8 @@ public:
   virtual void LoadSortingPrefs();
   virtual void UpdateTooltips();
 
-  /// Rows have changed their look: repaint the entries of the two change maps, and read their present state from the full
-  /// maps, where an instance without a visible state is hidden. No map is kept.
+  /// Rows have changed their look: repaint the entries of the two change maps, and read their present state from the
+  /// full maps, where an instance without a visible state is hidden. No map is kept.
   virtual void UpdateVisAndTypeIconChanges(const du::HashMap<const zelk::BaseInstance*, VisibleState>* visibleMap,
                                            const du::HashMap<const zelk::BaseInstance*, int>* visibleChangeMap,
                                            TypeIconMap* typeIconMap,
@@ -89,13 +89,13 @@ public:
   virtual void UpdateVisAndTypeIcons(const du::HashMap<const zelk::BaseInstance*, VisibleState>* visibleMap,
                                      TypeIconMap* typeIconMap);
 
-  /// With true, a null view and false: last call of a population. With false, the view and true: a filter is about to be
-  /// made.
+  /// With true, a null view and false: last call of a population. With false, the view and true: a filter is about to
+  /// be made.
   virtual void UpdateQuickSearchResults(bool populated, const du::SmartPtr<zelk::View>& view, bool filterNeeded);
   virtual void UnsyncInstances(bool unsynced);
 
-  /// First call of a population; `keepExpanded` tells that the same content is rebuilt after a change. The two below are
-  /// its counterparts once the rows are in.
+  /// First call of a population; `keepExpanded` tells that the same content is rebuilt after a change. The two below
+  /// are its counterparts once the rows are in.
   virtual void StoreExpandedAndFirstVisibleBeforePopulate(bool keepExpanded);
   virtual void RestoreExpandedAfterPopulate();
   /// After the bracket of the population is closed.
@@ -116,7 +116,8 @@ public:
   virtual void SelectItems(std::vector<du::SmartPtr<zelk::Object>>& items);
   virtual void DeselectItems(std::vector<du::SmartPtr<zelk::Object>>& items);
   virtual void ClearSelection();
-  /// Turns the associated highlight of an instance on or off; the instance may have no row. The result is not looked at.
+  /// Turns the associated highlight of an instance on or off; the instance may have no row. The result is not looked
+  /// at.
   virtual bool SetAssocHlight(zelk::BaseInstance* instance, bool on);
 
   /// A row for a node of a filtered tree; parent and position are read from the node, which is good until the next
@@ -136,8 +137,8 @@ public:
   /// Whether the icon of a row depends on its shape instance being there. False by default.
   virtual bool HasTypeIconChangedOnShapeInstanceRemove(SceneInfoLog* log,
                                                        const du::SmartPtr<zelk::ShapeInstance>& shapeInstance);
-  /// The instances that a filter must spare, in two lists, the second one asked first. Null for none. The list stays the
-  /// host's; it is read at once and not kept.
+  /// The instances that a filter must spare, in two lists, the second one asked first. Null for none. The list stays
+  /// the host's; it is read at once and not kept.
   virtual std::list<zelk::BaseInstance*>* GetNonFilteredInsts1();
   virtual std::list<zelk::BaseInstance*>* GetNonFilteredInsts2();
   /// What all names are made of has changed.
@@ -158,8 +159,8 @@ public:
   virtual void CurrentViewChanged();
   /// The rows are not those of before any more.
   virtual void ContentHasChanged();
-  /// Whether the panel is for this view, which may be null. On false the view change, or the population, is ignored. True
-  /// by default.
+  /// Whether the panel is for this view, which may be null. On false the view change, or the population, is ignored.
+  /// True by default.
   virtual bool IsValidView(const du::SmartPtr<zelk::View>& view);
   /// Mark the rows that belong to the scene, which may be null.
   virtual void UpdateMarkedInsts(const du::SmartPtr<zelk::ShapeScene>& scene);

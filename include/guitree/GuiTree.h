@@ -1,0 +1,134 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "dom/ManagedObject.h"
+#include "du/RefCounted.h"
+#include "du/SmartPtr.h"
+#include "guitree/FilteredTree.h"
+#include "guitree/GuiInterface.h"
+#include "zelk/BaseTree.h"
+#include "zelk/SelectionItem.h"
+#include "zelk/SelectionManager.h"
+#include "zelk/ShapeScene.h"
+#include "zelk/View.h"
+#include "zelk/World.h"
+
+namespace guitree {
+
+class AssocHlightObserver;
+class MySceneManagerObserver;
+class SceneInfoLog;
+class SelectionObserver;
+class TreeController;
+class TreeStateBase;
+
+/// The model of one structure tree panel: binds a tree state, the host and the kernel's world, and passes on what
+/// either side reports. One object a panel. Owner's thread, that of the managed object.
+///
+///     du::SmartPtr<guitree::GuiTree> tree = du::MakeSmart<guitree::GuiTree>(managedObject);
+///     tree->SetGuiInterface(&host);
+///     tree->SetTreeState(du::MakeSmart<MyTreeState>(*tree));
+///     tree->Initialise(world);
+///     ...
+///     tree->Close();
+///
+/// The host's `GuiInterface` must be set before `Initialise` and outlive the object. Held by a `du::SmartPtr`, the
+/// object survives a host that lets go of it from inside one of its callbacks; an object on the stack must not end
+/// there.
+class GuiTree : public virtual du::RefCounted {
+public:
+  /// `manager` is the parent of every observer that is created; it may be null when the kernel needs none.
+  explicit GuiTree(const du::SmartPtr<dom::ManagedObject>& manager);
+  /// Memberwise: the copies share controller, host and logs, and only one of them may be destroyed.
+  GuiTree(const GuiTree&);
+  GuiTree& operator=(const GuiTree&);
+  /// Unregisters nothing, so `Close` comes first. Observers that the kernel still knows do nothing from now on.
+  ~GuiTree() override;
+
+  [[nodiscard]] bool ZeroReferenceCountHook() const override;
+  /// The kernel's associated highlight has changed; answers what the tree state answers, false without one.
+  virtual bool OnAssocHlightChanged(unsigned int list, bool clearFirst,
+                                    const std::vector<du::SmartPtr<zelk::SelectionItem>>& removed,
+                                    const std::vector<du::SmartPtr<zelk::SelectionItem>>& added);
+
+  /// Not owned.
+  void SetGuiInterface(GuiInterface* gui) { guiInterface = gui; }
+  [[nodiscard]] GuiInterface* GetGuiInterface() const noexcept { return guiInterface; }
+
+  void SetTreeState(du::SmartPtr<TreeStateBase> state);
+  [[nodiscard]] TreeStateBase* GetTreeState() const noexcept { return treeState.Get(); }
+
+  /// Stores the tree to show; the rows follow with the next population.
+  void SetBaseTree(const du::SmartPtr<zelk::BaseTree>& tree) { baseTree = tree; }
+  [[nodiscard]] const du::SmartPtr<zelk::BaseTree>& GetBaseTree() const noexcept { return baseTree; }
+
+  /// Binds the panel to a world and fills it for the first time. With null only the world is stored. No view is current
+  /// afterwards, whatever the host reported on the way. May be called again after `Close`.
+  void Initialise(const du::SmartPtr<zelk::World>& newWorld);
+  /// Ends the scene side: from now on reports of the host do nothing, and no scene is listened to. What remains is
+  /// bound to its tree and its selection. A second call does nothing.
+  void Close();
+  /// Takes the panel off its tree: the state forgets its rows, nothing is observed any more and no selection is bound.
+  /// Scenes and view stay.
+  void Reset();
+
+  /// Null when no view is active.
+  [[nodiscard]] const du::SmartPtr<zelk::View>& GetCurrentView() const noexcept { return currentView; }
+  [[nodiscard]] const du::SmartPtr<dom::ManagedObject>& GetManagedObject() const noexcept { return managedObject; }
+  /// The selection of the current view's scene, or the world's while no view is current; may be null.
+  [[nodiscard]] const du::SmartPtr<zelk::SelectionManager>& GetSelectionManager() const noexcept
+  {
+    return selectionManager;
+  }
+  /// 0 until a view was asked. To be compared with other values of this operation only: the forms differ.
+  [[nodiscard]] unsigned int GetAssocHlightColor() const noexcept { return assocHlightColor; }
+  /// The result of the filter job that completed last; null before the first.
+  [[nodiscard]] du::SmartPtr<FilteredTree> GetFilteredTree() const;
+  /// The scene that is shown; null when there is none or it is no shape scene.
+  [[nodiscard]] du::SmartPtr<zelk::ShapeScene> GetCurShapeScene() const;
+
+  /// Null for a scene without a log. The log stays the `GuiTree`'s and goes with its scene.
+  [[nodiscard]] SceneInfoLog* GetLog(const du::SmartPtr<zelk::ShapeScene>& scene) const;
+  /// The log of the scene that is shown; may be null.
+  [[nodiscard]] SceneInfoLog* GetCurrentLog() const noexcept { return currentLog; }
+  /// Replaces `out` with all logs, ordered by the address of their scenes; without any, `out` stays as it was.
+  void GetLogs(std::vector<SceneInfoLog*>& out);
+
+  /// Asks all logs to work out the icon of an instance again.
+  void MarkTypeIconChanged(const zelk::BaseInstance* instance);
+
+  /// The colour of the associated highlight has changed in the current view; nothing without one.
+  void OnUpdateAssocHlightColor();
+
+  /// Null only while the object ends.
+  [[nodiscard]] TreeController* GetTreeController() const noexcept { return treeController; }
+  /// Answers this object for as long as it lives and null afterwards, for those that may outlive it.
+  [[nodiscard]] std::shared_ptr<GuiTree* const> GetLiveness() const noexcept { return liveness; }
+
+private:
+  void _SetupSelMgr(bool tearDownOnly);
+  void _TearDownSelMgr();
+  void _ReleaseSceneManagerObserver();
+  void _DetachAllLogs();
+
+  SceneInfoLog* currentLog = nullptr;
+  du::SmartPtr<zelk::BaseTree> baseTree;
+  du::SmartPtr<zelk::World> world;
+  du::SmartPtr<TreeStateBase> treeState;
+  GuiInterface* guiInterface = nullptr;
+  du::SmartPtr<zelk::View> currentView;
+  std::map<du::SmartPtr<zelk::Scene>, SceneInfoLog*> sceneLogs;
+  TreeController* treeController = nullptr;
+  du::SmartPtr<dom::ManagedObject> managedObject;
+  unsigned int assocHlightColor = 0;
+  du::SmartPtr<zelk::SelectionManager> selectionManager;
+  du::SmartPtr<SelectionObserver> selectionObserver;
+  du::SmartPtr<AssocHlightObserver> assocHlightObserver;
+  du::SmartPtr<MySceneManagerObserver> sceneManagerObserver;
+  std::shared_ptr<GuiTree*> liveness;
+};
+
+}  // namespace guitree

@@ -1,0 +1,19 @@
+#include "facade/AssocHlightObserver.h"
+
+#include "facade/LiveGuiTree.h"
+#include "guitree/TreeStateBase.h"
+
+namespace guitree {
+
+void AssocHlightObserver::OnSelectionChanged(unsigned int /*list*/, bool clearFirst,
+                                             const std::vector<du::SmartPtr<zelk::SelectionItem>>& removed,
+                                             const std::vector<du::SmartPtr<zelk::SelectionItem>>& added)
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (tree && tree->GetTreeState()) {
+    tree->GetTreeState()->OnAssocHlightChanged(clearFirst, removed, added);
+  }
+}
+
+}  // namespace guitree

@@ -1,0 +1,68 @@
+#include "facade/SelectionObserver.h"
+
+#include "facade/LiveGuiTree.h"
+#include "guitree/GuiInterface.h"
+#include "guitree/TreeStateBase.h"
+
+namespace guitree {
+
+void SelectionObserver::OnInsertItems(std::vector<du::SmartPtr<zelk::Object>>& items)
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (tree && tree->GetTreeState()) {
+    tree->GetTreeState()->OnInsertItems(items);
+  }
+}
+
+void SelectionObserver::OnRemoveItems(std::vector<du::SmartPtr<zelk::Object>>& items)
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (tree && tree->GetTreeState()) {
+    tree->GetTreeState()->OnRemoveItems(items);
+  }
+}
+
+void SelectionObserver::OnClearSelection()
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (tree && tree->GetTreeState()) {
+    tree->GetTreeState()->OnClearSelection();
+  }
+}
+
+void SelectionObserver::OnBeginUpdate()
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (!tree) {
+    return;
+  }
+  tree->GetGuiInterface()->StartTreeUpdate();
+  if (tree && tree->GetTreeState()) {
+    tree->GetTreeState()->OnBeginUpdate();
+  }
+}
+
+void SelectionObserver::OnEndUpdate()
+{
+  const Pin self(this);
+  const LiveGuiTree tree(guiTree);
+  if (!tree) {
+    return;
+  }
+  if (tree->GetTreeState()) {
+    tree->GetTreeState()->OnEndUpdate();
+  }
+  // A callback may have torn the binding down, or ended the tree: the bracket that was opened is closed all the same.
+  if (tree) {
+    tree->GetGuiInterface()->UpdateStatusBar();
+  }
+  if (tree) {
+    tree->GetGuiInterface()->FinishTreeUpdate();
+  }
+}
+
+}  // namespace guitree

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "guitree/FilterObserverBase.h"
+#include "guitree/TreeStateBase.h"
+
+namespace guitree {
+
+/// The listener of a tree state on the filter controller. The state clears `owner` when it ends.
+class TreeStateBase::FilterObserver : public FilterObserverBase {
+public:
+  explicit FilterObserver(TreeStateBase* state) : owner(state) {}
+
+  TreeStateBase* owner;
+};
+
+}  // namespace guitree
