@@ -45,7 +45,8 @@ private:
     return TreeController::AttemptDeleteSmartPtrReference(event, owner);
   }
 
-  GuiTree* guiTree;
+  /// The panel that this controller belongs to.
+  [[maybe_unused]] GuiTree* guiTree;
   /// Started and not completed, oldest first.
   std::vector<du::SmartPtr<TCAsyncEvent>> events;
   std::vector<du::SmartPtr<FilterObserverBase>> observers;
