@@ -20,6 +20,7 @@ public:
 guitree::GuiInterface& ForwardingHost::_Next() const
 {
   static DefaultHost s_defaultHost;
+  ++m_callCount;
   return m_next ? *m_next : s_defaultHost;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "guitree/GuiInterface.h"
 
 namespace hostcheck {
@@ -13,6 +15,8 @@ public:
   explicit ForwardingHost(guitree::GuiInterface* next) : m_next(next) {}
 
   [[nodiscard]] guitree::GuiInterface* GetNext() const noexcept { return m_next; }
+  /// How many calls have been passed on, questions included; a call counts before the next host gets it.
+  [[nodiscard]] std::size_t GetCallCount() const noexcept { return m_callCount; }
 
   void SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer) override;
   void StartTreeUpdate() override;
@@ -80,6 +84,7 @@ private:
   [[nodiscard]] guitree::GuiInterface& _Next() const;
 
   guitree::GuiInterface* m_next;
+  mutable std::size_t m_callCount = 0;
 };
 
 }  // namespace hostcheck
