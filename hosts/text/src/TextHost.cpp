@@ -1,0 +1,214 @@
+#include "texthost/TextHost.h"
+
+#include <vector>
+
+#include "TreePrinter.h"
+
+namespace texthost {
+
+namespace {
+
+template <typename Row>
+bool IsInBranch(const Row* row, const Row& branch)
+{
+  while (row && row != &branch) {
+    row = row->parent;
+  }
+  return row != nullptr;
+}
+
+template <typename Row>
+void Unlink(Row& row)
+{
+  (row.previous ? row.previous->next : row.parent->firstChild) = row.next;
+  (row.next ? row.next->previous : row.parent->lastChild) = row.previous;
+}
+
+template <typename Row>
+void Link(Row& row, Row& parent, Row* next)
+{
+  row.parent = &parent;
+  row.next = next;
+  row.previous = next ? next->previous : parent.lastChild;
+  (row.previous ? row.previous->next : parent.firstChild) = &row;
+  (next ? next->previous : parent.lastChild) = &row;
+}
+
+}  // namespace
+
+void TextHost::Print(std::ostream& out, const PrintStyle& style) const
+{
+  TreePrinter(out, style).Print(m_top);
+}
+
+bool TextHost::HasPlaceholder(const zelk::BaseInstance& instance) const
+{
+  const auto found = m_rows.find(&instance);
+  return found != m_rows.end() && found->second.hasPlaceholder;
+}
+
+std::list<zelk::BaseInstance*> TextHost::GetPath(const zelk::BaseInstance& instance) const
+{
+  std::list<zelk::BaseInstance*> path;
+  const auto found = m_rows.find(&instance);
+  for (const Row* row = found != m_rows.end() ? &found->second : &m_top; row != &m_top; row = row->parent) {
+    path.push_front(row->instance.Get());
+  }
+  return path;
+}
+
+void TextHost::StartTreeUpdate()
+{
+  ++m_depth;
+}
+
+void TextHost::FinishTreeUpdate()
+{
+  if (m_depth > 0 && --m_depth == 0) {
+    m_above.clear();
+  }
+}
+
+void TextHost::ClearTree()
+{
+  _Clear();
+}
+
+void TextHost::Reset()
+{
+  _Clear();
+  m_depth = 0;
+}
+
+void TextHost::InstanceCreate(guitree::FilteredTree::Node* node,
+                              const du::SmartPtr<guitree::TreeSelectionController>& /*controller*/,
+                              bool /*assocHlight*/)
+{
+  Row& parent = _FindRowAbove(*node);
+  _Place(du::SmartPtr<zelk::BaseInstance>(node->instance), parent, _FindNextRow(*node, parent));
+  if (node->parent && parent.instance == node->parent->instance) {
+    const auto* last = node->parent->lastChild;
+    parent.hasPlaceholder = last && !last->instance;
+  }
+}
+
+void TextHost::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
+                              const du::SmartPtr<zelk::BaseInstance>& parent,
+                              const du::SmartPtr<guitree::TreeSelectionController>& /*controller*/,
+                              bool /*assocHlight*/)
+{
+  _Place(instance, _FindRowAbove(parent), nullptr);
+}
+
+void TextHost::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
+                              const du::SmartPtr<zelk::BaseInstance>& /*parent*/, bool /*repopulatePending*/)
+{
+  if (Row* row = _FindRow(instance.Get())) {
+    _Erase(*row);
+  }
+}
+
+void TextHost::FilterNodeCreate(guitree::FilteredTree::Node* node)
+{
+  if (Row* row = _FindRow(node ? node->instance : nullptr)) {
+    row->hasPlaceholder = true;
+  }
+}
+
+TextHost::Row* TextHost::_FindRow(const zelk::BaseInstance* instance)
+{
+  const auto found = m_rows.find(instance);
+  return found != m_rows.end() ? &found->second : nullptr;
+}
+
+// What was found is kept until the batch ends: a long chain of hidden instances is climbed once and not for each row.
+TextHost::Row& TextHost::_FindRowAbove(const du::SmartPtr<zelk::BaseInstance>& parent)
+{
+  std::vector<du::SmartPtr<zelk::BaseInstance>> hidden;
+  Row* row = nullptr;
+  for (du::SmartPtr<zelk::BaseInstance> above = parent; !row && above; above->GetBaseParent(above)) {
+    const auto known = m_above.find(above.Get());
+    row = known != m_above.end() ? known->second.row : _FindRow(above.Get());
+    if (!row) {
+      hidden.push_back(above);
+    }
+  }
+  row = row ? row : &m_top;
+  for (const auto& instance : hidden) {
+    m_above.emplace(instance.Get(), Above{instance, row});
+  }
+  return *row;
+}
+
+TextHost::Row& TextHost::_FindRowAbove(const guitree::FilteredTree::Node& node)
+{
+  for (const auto* above = node.parent; above; above = above->parent) {
+    if (Row* row = _FindRow(above->instance)) {
+      return *row;
+    }
+  }
+  return m_top;
+}
+
+// Rows come in order, so a new one is the last as a rule. One from a placeholder that was opened may stand between
+// others.
+TextHost::Row* TextHost::_FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent)
+{
+  if (node.prevSibling) {
+    const Row* previous = _FindRow(node.prevSibling->instance);
+    return previous && previous->parent == &parent ? previous->next : nullptr;
+  }
+  for (const auto* sibling = node.nextSibling; sibling; sibling = sibling->nextSibling) {
+    Row* next = _FindRow(sibling->instance);
+    if (next && next->parent == &parent) {
+      return next;
+    }
+  }
+  return nullptr;
+}
+
+void TextHost::_Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next)
+{
+  Row& row = m_rows[instance.Get()];
+  if (row.instance) {
+    if (row.parent != &parent && IsInBranch(&parent, row)) {
+      return;
+    }
+    next = next == &row ? row.next : next;
+    Unlink(row);
+  }
+  row.instance = instance;
+  row.hasPlaceholder = false;
+  Link(row, parent, next);
+  if (m_above.contains(instance.Get())) {
+    m_above.clear();
+  }
+}
+
+void TextHost::_Erase(Row& top)
+{
+  m_above.clear();
+  Unlink(top);
+  Row* row = &top;
+  while (row) {
+    if (row->firstChild) {
+      row = row->firstChild;
+      continue;
+    }
+    Row* above = row == &top ? nullptr : row->parent;
+    if (above) {
+      Unlink(*row);
+    }
+    m_rows.erase(row->instance.Get());
+    row = above;
+  }
+}
+
+void TextHost::_Clear()
+{
+  m_above.clear();
+  m_rows.clear();
+  m_top = Row{};
+}
+
+}  // namespace texthost
