@@ -1,0 +1,18 @@
+#pragma once
+
+#include "du/RefCounted.h"
+
+namespace memkernel {
+
+class Tree;
+
+/// The way from products and instances, which may outlive their tree, to it.
+class TreeLink : public virtual du::RefCounted {
+public:
+  explicit TreeLink(Tree* owner) : tree(owner) {}
+
+  /// Null once the tree has gone. Changed under the write side of the tree's lock.
+  Tree* tree;
+};
+
+}  // namespace memkernel
