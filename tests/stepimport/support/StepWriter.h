@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+namespace stepimporttest {
+
+/// Writes the text of a STEP file without any geometry, entity by entity, so that a test can say in what order and in
+/// which bytes things stand in it. Names go into the text as they are: a quote has to be doubled by the caller.
+class StepWriter {
+public:
+  /// A product definition, by the number of its entity.
+  using Definition = int;
+
+  explicit StepWriter(std::string schema = "AUTOMOTIVE_DESIGN { 1 0 10303 214 1 1 1 1 }");
+
+  /// `name` and `id` with their quotes, or `$`.
+  Definition AddRawProduct(const std::string& id, const std::string& name);
+  Definition AddProduct(const std::string& name) { return AddRawProduct('\'' + name + '\'', '\'' + name + '\''); }
+  /// `name` with its quotes, or `$`.
+  void AddRawOccurrence(Definition assembly, Definition product, const std::string& name);
+  void AddOccurrence(Definition assembly, Definition product, const std::string& name)
+  {
+    AddRawOccurrence(assembly, product, '\'' + name + '\'');
+  }
+  /// `product` stands for another file.
+  void AddReference(Definition product, const std::string& file);
+
+  [[nodiscard]] std::string GetText() const;
+
+private:
+  int _Add(const std::string& entity);
+  static std::string _Ref(int number) { return '#' + std::to_string(number); }
+
+  std::string m_header;
+  std::string m_data;
+  int m_last = 99;
+};
+
+}  // namespace stepimporttest
