@@ -17,9 +17,14 @@ namespace detail {
 /// class: as friends of the enclosing class). They are found by argument-dependent look-up, which needs no definition.
 // clang-format off
 template <typename T>
-concept HasSmartPtrHooks = requires(const T* object, void* owner) {
-  { AddSmartPtrReference(object, owner) } -> std::same_as<int>;
-  { AttemptDeleteSmartPtrReference(object, owner) } -> std::same_as<bool>;
+concept HasSmartPtrHooks = requires(const T* object, void* owner)
+{
+  {
+    AddSmartPtrReference(object, owner)
+    } -> std::same_as<int>;
+  {
+    AttemptDeleteSmartPtrReference(object, owner)
+    } -> std::same_as<bool>;
 };
 // clang-format on
 
@@ -67,14 +72,16 @@ public:
   // clang-format off
   template <typename U>
     requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)
-  SmartPtr(const SmartPtr<U>& other) : m_object(other.Get())  // NOLINT(google-explicit-constructor): as for raw pointers
+  SmartPtr(const SmartPtr<U>& other)
+      : m_object(other.Get())  // NOLINT(google-explicit-constructor): as for raw pointers
   {
     _Acquire();
   }
 
   template <typename U>
     requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)
-  SmartPtr(SmartPtr<U>&& other) noexcept : m_object(other._Detach())  // NOLINT(google-explicit-constructor)
+  SmartPtr(SmartPtr<U>&& other)
+  noexcept : m_object(other._Detach())  // NOLINT(google-explicit-constructor)
   {
   }
   // clang-format on
@@ -85,14 +92,19 @@ public:
   SmartPtr& operator=(const SmartPtr& other)  // NOLINT(bugprone-unhandled-self-assignment): held, so left alone
   {
     if (m_object != other.m_object) {
-      SmartPtr(other).Swap(*this);
+      // The other pointer may be a member of the object that dies here.
+      T* former = std::exchange(m_object, other.m_object);
+      _Acquire();
+      _Release(former);
     }
     return *this;
   }
 
   SmartPtr& operator=(SmartPtr&& other) noexcept
   {
-    SmartPtr(std::move(other)).Swap(*this);
+    if (this != &other) {
+      _Release(std::exchange(m_object, other._Detach()));
+    }
     return *this;
   }
 
@@ -103,12 +115,7 @@ public:
   }
 
   /// Lets go of the object, if there is one. The pointer is null already while the object dies.
-  void Reset() noexcept
-  {
-    if (T* object = std::exchange(m_object, nullptr)) {
-      detail::Release(object, this);
-    }
-  }
+  void Reset() noexcept { _Release(std::exchange(m_object, nullptr)); }
 
   void Swap(SmartPtr& other) noexcept { std::swap(m_object, other.m_object); }
 
@@ -125,6 +132,13 @@ private:
   {
     if (m_object) {
       detail::Acquire(m_object, this);
+    }
+  }
+
+  void _Release(T* former) noexcept
+  {
+    if (former) {
+      detail::Release(former, this);
     }
   }
 
