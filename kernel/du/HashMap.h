@@ -46,7 +46,8 @@ class HashMap {
     // clang-format off
     template <bool OtherIsConst>
       requires(IsConst && !OtherIsConst)
-    Iterator(const Iterator<OtherIsConst>& other) noexcept  // NOLINT(google-explicit-constructor): as for pointers
+    Iterator(const Iterator<OtherIsConst>& other)
+    noexcept  // NOLINT(google-explicit-constructor): as for pointers
         : m_node(other.m_node)
     {
     }
@@ -91,8 +92,9 @@ public:
   explicit HashMap(size_type buckets = s_defaultBuckets) : m_buckets(HashNextPrime(buckets)) {}
 
   /// Copies entries and their order.
-  HashMap(const HashMap& other) : m_buckets(other.m_buckets.size())
+  HashMap(const HashMap& other) : HashMap(WithoutBuckets())
   {
+    m_buckets.resize(other.m_buckets.size());
     for (const value_type& entry : other) {
       Node* node = _CreateNode(entry);
       _LinkBefore(nullptr, node);
@@ -100,7 +102,7 @@ public:
     }
   }
 
-  HashMap(HashMap&& other) noexcept : m_buckets(0, BucketAllocator()) { swap(other); }
+  HashMap(HashMap&& other) noexcept : HashMap(WithoutBuckets()) { swap(other); }
 
   HashMap& operator=(const HashMap& other)
   {
@@ -228,19 +230,32 @@ private:
   using BucketAllocator = typename std::allocator_traits<Allocator>::template rebind_alloc<Bucket>;
   using NodeTraits = std::allocator_traits<NodeAllocator>;
 
+  struct WithoutBuckets {};
+
+  explicit HashMap(WithoutBuckets /*tag*/) noexcept {}
+
+  /// Gives the memory of a node back unless an entry was made in it.
+  struct FreeMemory {
+    void operator()(Node* node) const noexcept
+    {
+      NodeAllocator allocator;
+      NodeTraits::deallocate(allocator, node, 1);
+    }
+  };
+
   template <typename... Args>
   [[nodiscard]] Node* _CreateNode(Args&&... args)
   {
     NodeAllocator allocator;
-    Node* node = NodeTraits::allocate(allocator, 1);
-    return ::new (static_cast<void*>(node)) Node{nullptr, nullptr, value_type(std::forward<Args>(args)...)};
+    std::unique_ptr<Node, FreeMemory> memory(NodeTraits::allocate(allocator, 1));
+    ::new (static_cast<void*>(memory.get())) Node{nullptr, nullptr, value_type(std::forward<Args>(args)...)};
+    return memory.release();
   }
 
   void _DestroyNode(Node* node) noexcept
   {
-    NodeAllocator allocator;
-    NodeTraits::destroy(allocator, node);
-    NodeTraits::deallocate(allocator, node, 1);
+    std::destroy_at(node);
+    FreeMemory()(node);
   }
 
   void _DestroyNodes() noexcept
