@@ -8,7 +8,8 @@ namespace zelk {
 /// among them.
 class BaseInstanceDynamicPropertiesCache {
 public:
-  static const du::Symbol s_GroupName;
+  /// Defined here, so that the static objects of every file that knows the name find it made.
+  static inline const du::Symbol s_GroupName{"Instance"};
 };
 
 }  // namespace zelk

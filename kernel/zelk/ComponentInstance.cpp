@@ -2,8 +2,6 @@
 
 namespace zelk {
 
-const du::Symbol ComponentInstance::ROOT_INSTANCE_ID("#root");
-
 const ClassType& ComponentInstance::GetClassTypes() const
 {
   return CLASS_TYPE;
