@@ -9,7 +9,9 @@ namespace dom {
 void MessageQueue::Hold(const du::SmartPtr<ManagedObject>& object)
 {
   const std::lock_guard lock(m_mutex);
-  m_held.emplace(object.Get(), object);
+  if (!m_hasEnded) {
+    m_held.emplace(object.Get(), object);
+  }
 }
 
 void MessageQueue::LetGo(const ManagedObject& object)
@@ -30,6 +32,7 @@ void MessageQueue::_LetGoOfAll()
   {
     const std::lock_guard lock(m_mutex);
     held.swap(m_held);
+    m_hasEnded = true;
   }
   // Objects die here, outside of the lock, since their destructors may reach the queue.
 }

@@ -24,7 +24,7 @@ public:
   [[nodiscard]] virtual bool IsOwnerThread() const = 0;
 
   /// Keeps an object alive until `LetGo`, whoever else lets go of it: an event under way has a worker that knows it by
-  /// address only. Any thread.
+  /// address only. Nothing after the end of the queue. Any thread.
   void Hold(const du::SmartPtr<ManagedObject>& object);
   /// Ends a `Hold`; nothing for an object that is not held. Owner's thread.
   void LetGo(const ManagedObject& object);
@@ -36,6 +36,7 @@ protected:
 private:
   std::mutex m_mutex;
   std::unordered_map<const ManagedObject*, du::SmartPtr<ManagedObject>> m_held;
+  bool m_hasEnded = false;
 };
 
 }  // namespace dom
