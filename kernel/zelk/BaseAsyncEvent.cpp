@@ -7,7 +7,7 @@ namespace zelk {
 /// What an event sends to itself on the owner's thread.
 class BaseAsyncEvent::EventMessage : public dom::Message {
 public:
-  enum class Kind { Completion, Progress, Status };
+  enum class Kind { Completion, EndOfCompletion, Progress, Status };
 
   explicit EventMessage(Kind messageKind, const du::Symbol& statusText = {}) : kind(messageKind), text(statusText) {}
 
@@ -21,19 +21,22 @@ BaseAsyncEvent::~BaseAsyncEvent() = default;
 
 bool BaseAsyncEvent::Progress(unsigned char percent)
 {
-  m_progress.store(percent, std::memory_order_relaxed);
-  // One report under way is enough: the owner reads the newest percentage when it arrives.
-  if (m_hasListeners.load(std::memory_order_acquire) && !m_isProgressPosted.exchange(true)) {
-    if (const auto queue = _GetQueue()) {
-      queue->Post(du::SmartPtr<dom::Observer>(this), du::MakeSmart<EventMessage>(EventMessage::Kind::Progress));
-    }
+  const bool isChanged = m_progress.exchange(percent, std::memory_order_relaxed) != percent;
+  if (isChanged && m_hasListeners.load(std::memory_order_acquire)) {
+    _PostProgress();
   }
   return !IsCanceled();
 }
 
 void BaseAsyncEvent::Cancel()
 {
-  m_isCanceled.store(true, std::memory_order_release);
+  {
+    const std::lock_guard lock(m_mutex);
+    if (m_isFinished) {
+      return;
+    }
+    m_isCanceled.store(true, std::memory_order_release);
+  }
   if (!m_hasWorker) {
     _Finish(StatusCanceled, {});
   }
@@ -72,6 +75,11 @@ void BaseAsyncEvent::AddProgressListener(ProgressListener listener)
 {
   m_listeners.push_back(std::move(listener));
   m_hasListeners.store(true, std::memory_order_release);
+  if (m_hasEnded
+      && !GetMessageQueue()->Post(du::SmartPtr<dom::Observer>(this),
+                                  du::MakeSmart<EventMessage>(EventMessage::Kind::EndOfCompletion))) {
+    m_listeners.clear();
+  }
 }
 
 void BaseAsyncEvent::HandleMessage(const du::SmartPtr<dom::Message>& message)
@@ -108,12 +116,18 @@ void BaseAsyncEvent::EventHandler(const du::SmartPtr<dom::Message>& message)
   if (!own) {
     return;
   }
+  const du::SmartPtr<BaseAsyncEvent> self(this);
   switch (own->kind) {
     case EventMessage::Kind::Completion:
-      _RunCompletion();
+      _RunOnComplete();
+      _EndCompletion();
+      break;
+    case EventMessage::Kind::EndOfCompletion:
+      _EndCompletion();
       break;
     case EventMessage::Kind::Progress:
-      m_isProgressPosted = false;
+      // An exchange, since it makes the percentage of the last report visible that found this one under way.
+      m_isProgressPosted.exchange(false);
       _TellListeners(false);
       break;
     case EventMessage::Kind::Status:
@@ -142,28 +156,43 @@ void BaseAsyncEvent::_Finish(unsigned short status, const du::Symbol& error)
 
 void BaseAsyncEvent::_DeliverCompletion(const du::SmartPtr<dom::MessageQueue>& queue)
 {
+  auto kind = EventMessage::Kind::Completion;
   if (RunOnCompleteInTask() && !queue->IsOwnerThread()) {
-    _RunCompletion();
-    return;
+    _RunOnComplete();
+    // Listeners belong to the owner, and so does the end of the event.
+    kind = EventMessage::Kind::EndOfCompletion;
   }
   // The owner may run and release everything before this returns: the reference is handed over, and no member is
   // touched afterwards.
-  queue->Post(du::SmartPtr<dom::Observer>(this), du::MakeSmart<EventMessage>(EventMessage::Kind::Completion));
+  queue->Post(du::SmartPtr<dom::Observer>(this), du::MakeSmart<EventMessage>(kind));
 }
 
-void BaseAsyncEvent::_RunCompletion()
+void BaseAsyncEvent::_RunOnComplete()
 {
-  const du::SmartPtr<BaseAsyncEvent> self(this);
   unsigned short status = StatusCompleted;
   {
     const std::lock_guard lock(m_mutex);
     status = m_status;
   }
   OnComplete(status);
+}
+
+void BaseAsyncEvent::_EndCompletion()
+{
+  m_hasEnded = true;
   _TellListeners(true);
   m_listeners.clear();
   m_hasListeners.store(false, std::memory_order_release);
   GetMessageQueue()->LetGo(*this);
+}
+
+void BaseAsyncEvent::_PostProgress()
+{
+  const du::SmartPtr<dom::MessageQueue> queue = _GetQueue();
+  // One report under way is enough: the owner reads the newest percentage when it arrives.
+  if (queue && !m_isProgressPosted.exchange(true)) {
+    queue->Post(du::SmartPtr<dom::Observer>(this), du::MakeSmart<EventMessage>(EventMessage::Kind::Progress));
+  }
 }
 
 void BaseAsyncEvent::_TellListeners(bool isCompleted)

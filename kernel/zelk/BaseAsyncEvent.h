@@ -53,7 +53,8 @@ public:
   /// The error of `CompleteWithError`, else empty.
   [[nodiscard]] du::Symbol GetError() const;
 
-  /// Owner's thread. Listeners are called in order and dropped after completion.
+  /// Owner's thread. Listeners are called in order and dropped after completion. One that comes after it is told of the
+  /// completion in a later turn of the loop.
   void AddProgressListener(ProgressListener listener);
 
   void HandleMessage(const du::SmartPtr<dom::Message>& message) final;
@@ -66,14 +67,17 @@ protected:
 private:
   class EventMessage;
 
-  /// True lets `OnComplete` run on the completing worker instead of travelling to the owner's thread. False by default.
+  /// True lets `OnComplete` run on the completing worker instead of travelling to the owner's thread. The listeners are
+  /// still told, and the event let go of, on the owner's thread. False by default.
   [[nodiscard]] virtual bool RunOnCompleteInTask() const;
   virtual void OnStatus(const du::Symbol& text);
   virtual void EventHandler(const du::SmartPtr<dom::Message>& message);
 
   void _Finish(unsigned short status, const du::Symbol& error);
   void _DeliverCompletion(const du::SmartPtr<dom::MessageQueue>& queue);
-  void _RunCompletion();
+  void _RunOnComplete();
+  void _EndCompletion();
+  void _PostProgress();
   void _TellListeners(bool isCompleted);
   [[nodiscard]] du::SmartPtr<dom::MessageQueue> _GetQueue() const;
 
@@ -90,7 +94,9 @@ private:
   du::Symbol m_error;
   du::SmartPtr<dom::MessageQueue> m_managingQueue;
 
+  /// Owner's thread only.
   std::vector<ProgressListener> m_listeners;
+  bool m_hasEnded = false;
 };
 
 }  // namespace zelk
