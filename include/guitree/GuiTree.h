@@ -22,6 +22,7 @@ class AssocHlightObserver;
 class MySceneManagerObserver;
 class SceneInfoLog;
 class SelectionObserver;
+class ShapeViewObserver;
 class TreeController;
 class TreeStateBase;
 
@@ -97,8 +98,40 @@ public:
   /// Replaces `out` with all logs, ordered by the address of their scenes; without any, `out` stays as it was.
   void GetLogs(std::vector<SceneInfoLog*>& out);
 
-  /// Asks all logs to work out the icon of an instance again.
+  /// Reports of the host, through the observer that `Initialise` hands out. A scene gets a log, and a shape scene is
+  /// listened to from then on; a scene that has its log already is left as it is.
+  void OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene);
+  /// Ends the log of a scene; nothing for a scene without one. Nothing is repainted, also when the scene was shown.
+  void OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene);
+  /// Follows the view: refills the rows when the tree or the filter is another one, and repaints them otherwise. Null
+  /// tells that there is no view any more.
+  void OnActiveViewChanged(const du::SmartPtr<zelk::View>& view);
+  /// As a change to no view, if it was the current one; otherwise nothing.
+  void OnViewRemoved(const du::SmartPtr<zelk::View>& view);
+
+  /// Events of a scene's shape instances, for its log; nothing, and false, without one. True asks for a repaint of all
+  /// rows at the end of the scene's update.
+  bool OnShapeInstanceCreate(const du::SmartPtr<zelk::ShapeScene>& scene,
+                             const du::SmartPtr<zelk::ShapeInstance>& instance);
+  bool OnShapeInstanceRemove(const du::SmartPtr<zelk::ShapeScene>& scene,
+                             const du::SmartPtr<zelk::ShapeInstance>& instance);
+  void OnShapeInstanceVisibility(const du::SmartPtr<zelk::ShapeScene>& scene,
+                                 const du::SmartPtr<zelk::ShapeInstance>& instance, bool visible);
+  void OnShapeInstanceCompared(const du::SmartPtr<zelk::ShapeScene>& scene,
+                               const du::SmartPtr<zelk::ShapeInstance>& instance);
+  void OnUnsyncInstances(bool unsynced);
+  /// The end of a scene's update: tells the host what has changed, or to repaint all rows with `full`, if the scene is
+  /// the one that is shown. The changes of any other wait for its view.
+  void OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene, bool full);
+  /// What the scene marks in the tree has changed. A filtered tree is refilled.
+  void ApplyTreeUpdate();
+
+  /// For all logs, ordered by the address of their scenes: work out the visible state of an instance again, and those
+  /// of its parents as far as they change; record it as plain hidden; work out its icon again; forget it.
+  void CheckVisibleIcon(const du::SmartPtr<zelk::BaseInstance>& instance);
+  void ForceVisibleIconHidden(const du::SmartPtr<zelk::BaseInstance>& instance);
   void MarkTypeIconChanged(const zelk::BaseInstance* instance);
+  void RemoveFromLogs(const du::SmartPtr<zelk::BaseInstance>& instance);
 
   /// The colour of the associated highlight has changed in the current view; nothing without one.
   void OnUpdateAssocHlightColor();
@@ -112,7 +145,20 @@ private:
   void _SetupSelMgr(bool tearDownOnly);
   void _TearDownSelMgr();
   void _ReleaseSceneManagerObserver();
+  void _ReleaseShapeViewObserver();
   void _DetachAllLogs();
+  void _DetachSceneObserver(SceneInfoLog& log);
+  void _ListenToScene(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeScene>& scene);
+  [[nodiscard]] SceneInfoLog* _FindLog(const du::SmartPtr<zelk::Scene>& scene) const;
+  [[nodiscard]] bool _FollowTreeOf(const du::SmartPtr<zelk::View>& view);
+  void _FollowSceneOf(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene);
+  void _ListenToView(const du::SmartPtr<zelk::View>& view);
+  [[nodiscard]] dg::Color _ReadAssocHlightColor() const;
+  void _RefillForView();
+  void _RefreshForView(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene, bool hadLog,
+                       bool wasClashReport);
+  void _RepaintCurrentLog();
+  void _ClearCurrentChanges();
 
   SceneInfoLog* currentLog = nullptr;
   du::SmartPtr<zelk::BaseTree> baseTree;
@@ -122,6 +168,7 @@ private:
   du::SmartPtr<zelk::View> currentView;
   std::map<du::SmartPtr<zelk::Scene>, SceneInfoLog*> sceneLogs;
   TreeController* treeController = nullptr;
+  du::SmartPtr<ShapeViewObserver> shapeViewObserver;
   du::SmartPtr<dom::ManagedObject> managedObject;
   unsigned int assocHlightColor = 0;
   du::SmartPtr<zelk::SelectionManager> selectionManager;

@@ -10,6 +10,7 @@
 namespace guitree {
 
 class GuiTree;
+class SceneInfoLog;
 
 /// The type icons of the instances in one scene, worked out when they are asked for and kept. An icon is an even
 /// number; the next odd one is the same icon for an instance that is loaded. Owned by a `SceneInfoLog`. Owner's thread.
@@ -31,7 +32,8 @@ public:
   /// Enters or overwrites an icon; a null instance is ignored.
   void Set(const zelk::BaseInstance* instance, int icon);
   /// Answers the icon that is kept, or works it out for `scene`, adds 1 if the instance is loaded in the current scene,
-  /// keeps it and answers it. False only when there is nobody to ask: for a null instance, or without a tree state.
+  /// keeps it and answers it. False only when there is nobody to ask: for a null instance, without a tree state, and
+  /// after the end of the log.
   bool Find(const zelk::BaseInstance* instance, int& icon, const du::SmartPtr<zelk::Scene>& scene);
   /// Answers only what is kept; `icon` is left alone on false.
   bool _Get(const zelk::BaseInstance* instance, int& icon) const;
@@ -45,6 +47,8 @@ public:
   [[nodiscard]] std::size_t size() const { return Base::size(); }
 
 private:
+  friend class SceneInfoLog;
+
   GuiTree* guiTree;
 };
 

@@ -8,10 +8,7 @@ GuiInterface::GuiInterface() = default;
 
 GuiInterface::GuiInterface(const GuiInterface& /*other*/) : GuiInterface() {}
 
-GuiInterface& GuiInterface::operator=(const GuiInterface& /*other*/)
-{
-  return *this;
-}
+GuiInterface& GuiInterface::operator=(const GuiInterface&) = default;
 
 GuiInterface::~GuiInterface() = default;
 

@@ -6,6 +6,7 @@
 #include "facade/MySceneManagerObserver.h"
 #include "facade/Pin.h"
 #include "facade/SelectionObserver.h"
+#include "facade/ShapeViewObserver.h"
 #include "guitree/SceneInfoLog.h"
 #include "guitree/TreeController.h"
 #include "guitree/TreeStateBase.h"
@@ -14,9 +15,8 @@
 namespace guitree {
 
 GuiTree::GuiTree(const du::SmartPtr<dom::ManagedObject>& manager)
-    : managedObject(manager), liveness(std::make_shared<GuiTree*>(this))
+    : treeController(new TreeController(this)), managedObject(manager), liveness(std::make_shared<GuiTree*>(this))
 {
-  treeController = new TreeController(this);
 }
 
 GuiTree::GuiTree(const GuiTree&) = default;
@@ -42,10 +42,17 @@ GuiTree::~GuiTree()
   for (const auto& [scene, log] : sceneLogs) {
     if (log->shapeSceneObserver) {
       log->shapeSceneObserver->guiTree = nullptr;
+      log->shapeSceneObserver->scene.Reset();
     }
+    log->Destroy();
   }
   selectionManager.Reset();
   managedObject.Reset();
+  if (shapeViewObserver) {
+    shapeViewObserver->guiTree = nullptr;
+    shapeViewObserver->view.Reset();
+    shapeViewObserver.Reset();
+  }
   sceneLogs.clear();
   currentView.Reset();
   treeState.Reset();
@@ -114,6 +121,7 @@ void GuiTree::Reset()
   if (treeState) {
     treeState->Reset();
   }
+  _ReleaseShapeViewObserver();
   if (treeState) {
     treeState->DeregisterTreeObserver();
   }
@@ -129,49 +137,6 @@ du::SmartPtr<FilteredTree> GuiTree::GetFilteredTree() const
 du::SmartPtr<zelk::ShapeScene> GuiTree::GetCurShapeScene() const
 {
   return currentLog ? currentLog->GetShapeScene() : nullptr;
-}
-
-SceneInfoLog* GuiTree::GetLog(const du::SmartPtr<zelk::ShapeScene>& scene) const
-{
-  const auto entry = sceneLogs.find(scene);
-  return entry != sceneLogs.end() ? entry->second : nullptr;
-}
-
-void GuiTree::GetLogs(std::vector<SceneInfoLog*>& out)
-{
-  if (sceneLogs.empty()) {
-    return;
-  }
-  out.clear();
-  out.reserve(sceneLogs.size());
-  for (const auto& [scene, log] : sceneLogs) {
-    out.push_back(log);
-  }
-}
-
-void GuiTree::MarkTypeIconChanged(const zelk::BaseInstance* instance)
-{
-  for (const auto& [scene, log] : sceneLogs) {
-    log->MarkTypeIconChanged(instance);
-  }
-}
-
-void GuiTree::OnUpdateAssocHlightColor()
-{
-  if (!currentView) {
-    return;
-  }
-  const Pin self(this);
-  bool ignoredSwitch = false;
-  dg::Color ignoredColor(0.0F, 0.0F, 0.0F, 1.0F);
-  dg::Color color(0.0F, 0.0F, 0.0F, 1.0F);
-  currentView->GetHighlightSettings(ignoredSwitch, ignoredSwitch, ignoredSwitch, ignoredColor, ignoredColor, color);
-  const auto toByte = [](float component) { return static_cast<unsigned int>(component * 255.0F); };
-  // Blue, green, red below a byte of 1: hosts compare the value with itself, and this is the form they know.
-  assocHlightColor = ((toByte(color.blue) | 0x100U) << 8 | toByte(color.green)) << 8 | toByte(color.red);
-  if (treeState) {
-    treeState->OnAssocHlightColorChange();
-  }
 }
 
 void GuiTree::_SetupSelMgr(bool tearDownOnly)
@@ -226,24 +191,6 @@ void GuiTree::_ReleaseSceneManagerObserver()
   if (sceneManagerObserver) {
     sceneManagerObserver->guiTree = nullptr;
     sceneManagerObserver.Reset();
-  }
-}
-
-void GuiTree::_DetachAllLogs()
-{
-  while (!sceneLogs.empty()) {
-    SceneInfoLog* log = sceneLogs.begin()->second;
-    sceneLogs.erase(sceneLogs.begin());
-    if (const auto observer = log->shapeSceneObserver) {
-      if (observer->scene) {
-        observer->scene->UnregisterObserver(*observer);
-      }
-      observer->guiTree = nullptr;
-      observer->scene.Reset();
-    }
-    // The log itself is left to its scene's removal, which does not come any more: hosts and derived states may hold
-    // it.
-    log->Destroy();
   }
 }
 

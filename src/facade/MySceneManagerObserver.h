@@ -12,6 +12,11 @@ class MySceneManagerObserver : public GuiInterface::SceneManagerObserver {
 public:
   explicit MySceneManagerObserver(GuiTree* tree) : guiTree(tree) {}
 
+  void OnActiveViewChanged(const du::SmartPtr<zelk::View>& view) override;
+  void OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene) override;
+  void OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene) override;
+  void OnViewRemoved(const du::SmartPtr<zelk::View>& view) override;
+
   GuiTree* guiTree;
 };
 

@@ -28,7 +28,9 @@ void TreeController::AddObserver(du::SmartPtr<FilterObserverBase> observer)
   observers.push_back(std::move(observer));
 }
 
-void TreeController::RemoveObserver(du::SmartPtr<FilterObserverBase> observer)
+void TreeController::RemoveObserver(
+    du::SmartPtr<FilterObserverBase> observer)  // NOLINT(performance-unnecessary-value-param):
+                                                // it must survive its entry
 {
   const auto entry = std::find(observers.begin(), observers.end(), observer);
   if (entry != observers.end()) {

@@ -76,6 +76,7 @@ void SceneInfoLog::Destroy()
 {
   scene.Reset();
   guiTree = nullptr;
+  typeIconMap.guiTree = nullptr;
 }
 
 void SceneInfoLog::RemoveFromLog(zelk::BaseInstance* instance)

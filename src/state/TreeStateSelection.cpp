@@ -27,6 +27,7 @@ void TreeStateBase::OnEndUpdate()
   if (!_HasGuiTree() || !_IsFilteringSelectionDynamically()) {
     return;
   }
+  const Pins pins(this, &guiTree);
   if (!_DeferSelectionUpdate()) {
     PopulateTree(true);
   }
