@@ -27,14 +27,6 @@ void ReadProgress::BeginStage(const std::string& verb, double from, double to)
   m_stageDone = 0;
 }
 
-void ReadProgress::BeginEnd(const std::string& stage)
-{
-  m_stage = stage;
-  m_stageFrom = PercentOfFiles;
-  m_stageTo = 100;
-  m_stageDone = 0;
-}
-
 bool ReadProgress::Advance(double done)
 {
   if (m_cancelled || m_caller == nullptr) {

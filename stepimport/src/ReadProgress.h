@@ -22,9 +22,6 @@ public:
   /// A part of the work on the current file: it begins and ends at these fractions of it.
   void BeginStage(const std::string& verb, double from, double to);
 
-  /// What follows the last file.
-  void BeginEnd(const std::string& stage);
-
   /// `done` is the fraction of the current stage. Answers whether to go on.
   bool Advance(double done);
 

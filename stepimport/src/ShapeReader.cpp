@@ -134,11 +134,11 @@ std::string ShapeReader::_ReadBodyName(const TopoDS_Shape& solid, std::size_t nu
 
 Appearance ShapeReader::_ReadPartAppearance(const TDF_Label& label, const TopoDS_Shape& solid) const
 {
-  TDF_Label solidLabel;
-  if (label.IsNull() || !m_shapes->FindSubShape(label, solid, solidLabel)) {
-    return {};
+  if (label.IsNull() || XCAFDoc_ShapeTool::GetShape(label).IsSame(solid)) {
+    return _ReadAppearance(label);
   }
-  return _ReadAppearance(solidLabel);
+  TDF_Label solidLabel;
+  return m_shapes->FindSubShape(label, solid, solidLabel) ? _ReadAppearance(solidLabel) : Appearance();
 }
 
 Appearance ShapeReader::_ReadAppearance(const TDF_Label& label) const

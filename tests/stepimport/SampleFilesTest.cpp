@@ -10,6 +10,7 @@
 
 #include "stepimport/ReadAssembly.h"
 #include "support/Outline.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -17,7 +18,9 @@ using stepimport::Assembly;
 using stepimport::ProductIndex;
 using stepimport::ReadAssembly;
 using stepimport::ReadResult;
+using stepimporttest::LoadBytes;
 using stepimporttest::MakeOutline;
+using stepimporttest::TempFolder;
 
 const std::filesystem::path Samples = SAMPLES_DIR;
 
@@ -97,6 +100,27 @@ TEST(SampleFiles, ReadAssembly_OfExternalReferences_ExpandsTheFoundAndKeepsTheMi
   EXPECT_EQ(result.shapes->GetProductShape(leaf).ShapeType(), TopAbs_SOLID);
   EXPECT_EQ(result.assembly.products[leaf].reference.file, folder / "leaf.stp");
   EXPECT_EQ(result.assembly.products[leaf].sourceFile, folder / "hinge.stp");
+}
+
+TEST(SampleFiles, ReadAssembly_OfAnAssemblyWithASolidOfItsOwn_GivesTheSolidAsABody)
+{
+  // The part "leaf" gets an occurrence, which makes it an assembly.
+  std::string text = LoadBytes(Samples / "external-references" / "leaf.stp");
+  ASSERT_NE(text.find("#5 = PRODUCT_DEFINITION("), std::string::npos);
+  text.insert(text.rfind("ENDSEC;"),
+              "#9001=PRODUCT('label','label','',(#8));\n#9002=PRODUCT_DEFINITION_FORMATION('','',#9001);\n"
+              "#9003=PRODUCT_DEFINITION('','',#9002,#9);\n"
+              "#9004=NEXT_ASSEMBLY_USAGE_OCCURRENCE('1','label:1','',#5,#9003,$);\n");
+  const TempFolder folder;
+
+  const ReadResult result = ReadAssembly(folder.Write("leaf.stp", text), nullptr);
+
+  ASSERT_TRUE(result.ok) << result.error;
+  EXPECT_EQ(MakeOutline(result.assembly),
+            "leaf [leaf] #999999\n"
+            "  * Body 1 #999999\n"
+            "  label:1 [label]\n");
+  EXPECT_EQ(result.shapes->GetBodyShape(result.assembly.root, 0).ShapeType(), TopAbs_SOLID);
 }
 
 TEST(SampleFiles, ReadAssembly_OfASinglePart_GivesIt)
