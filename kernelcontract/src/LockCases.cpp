@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+
+#include "Cases.h"
+#include "TestTree.h"
+#include "zelk/AsyncEvent.h"
+
+namespace kernelcontract {
+namespace {
+
+/// Time for the owner to come to its wait for the write side. A test that gets less of it is weaker, never wrong.
+void LetTheOwnerWait()
+{
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+}
+
+/// Runs `work` on another thread under the read side while this thread, the owner's, edits the tree.
+template <typename Work>
+bool ReadWhileTheOwnerWantsToWrite(KernelUnderTest& kernel, const du::SmartPtr<zelk::Instance>& parent, Work work)
+{
+  dp::ReadWriteLock* lock = kernel.GetWorld().tree->GetReadWriteLock();
+  if (!lock) {
+    return false;
+  }
+  std::promise<void> isReading;
+  std::future<void> hasBegun = isReading.get_future();
+  std::thread reader([&] {
+    const dp::ReadGuard guard(lock);
+    isReading.set_value();
+    LetTheOwnerWait();
+    work(*lock);
+  });
+  hasBegun.wait();
+  kernel.AddInstance(parent, "pin", "new");
+  reader.join();
+  return true;
+}
+
+void AReader_MayLockAgainWhileAWriterWaits(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  bool hasLockedAgain = false;
+
+  const bool hasLock = ReadWhileTheOwnerWantsToWrite(kernel, tree["d"], [&](dp::ReadWriteLock& lock) {
+    const dp::ReadGuard again(&lock);
+    const dp::ReadGuard onceMore(&lock);
+    hasLockedAgain = true;
+  });
+
+  if (!hasLock) {
+    GTEST_SKIP() << "this tree has no lock";
+  }
+  EXPECT_TRUE(hasLockedAgain);
+  EXPECT_TRUE(tree["d"]->HasChildren());
+}
+
+void UnderTheReadSide_TheTreeDoesNotChangeAndGettersTakeNoLock(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  bool hadChildren = true;
+  std::size_t found = 0;
+
+  const bool hasLock = ReadWhileTheOwnerWantsToWrite(kernel, tree["d"], [&](dp::ReadWriteLock&) {
+    hadChildren = tree["d"]->HasChildren();
+    std::set<du::SmartPtr<zelk::BaseInstance>> all;
+    zelk::BaseInstance::GetInstancesAndDescendents({tree["root"]}, all);
+    for (const auto& instance : all) {
+      du::SmartPtr<zelk::BaseInstance> parent;
+      instance->GetBaseParent(parent);
+      du::SmartPtr<zelk::PropertyValue> value;
+      instance->GetPropertyValue(value, "group", "name", "fallback");
+      found += value && !instance->GetInstanceKey().IsEmpty() ? 1U : 0U;
+    }
+  });
+
+  if (!hasLock) {
+    GTEST_SKIP() << "this tree has no lock";
+  }
+  EXPECT_FALSE(hadChildren) << "the owner has written while another thread was reading";
+  EXPECT_EQ(found, tree.GetNames().size());
+}
+
+void UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  const auto manager = kernel.CreateManagedObject();
+  const auto event = du::MakeSmart<zelk::AsyncEvent>(true);
+  manager->ManageObject(event);
+  int last = -1;
+  event->AddProgressListener([&](unsigned char percent, bool) { last = percent; });
+
+  const bool hasLock = ReadWhileTheOwnerWantsToWrite(kernel, tree["d"], [&](dp::ReadWriteLock&) {
+    event->Progress(10);
+    event->Progress(20);
+  });
+
+  if (!hasLock) {
+    event->Complete();
+    ASSERT_TRUE(RunUntil(kernel, [&] { return last >= 0; }));
+    GTEST_SKIP() << "this tree has no lock";
+  }
+  EXPECT_EQ(event->GetProgress(), 20);
+  event->Complete();
+  EXPECT_TRUE(RunUntil(kernel, [&] { return last == 20; }));
+}
+
+}  // namespace
+
+std::vector<ContractCase> GetLockCases()
+{
+  return {
+      {"Lock", "AReader_MayLockAgainWhileAWriterWaits", &AReader_MayLockAgainWhileAWriterWaits},
+      {"Lock", "UnderTheReadSide_TheTreeDoesNotChangeAndGettersTakeNoLock",
+       &UnderTheReadSide_TheTreeDoesNotChangeAndGettersTakeNoLock},
+      {"Lock", "UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite",
+       &UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite},
+  };
+}
+
+}  // namespace kernelcontract
