@@ -3,7 +3,9 @@
 
 namespace {
 
+// begin register
 const bool s_isRegistered =
     kernelcontract::RegisterContract("memkernel", [] { return std::make_unique<contracttest::MemKernelUnderTest>(); });
+// end register
 
 }  // namespace

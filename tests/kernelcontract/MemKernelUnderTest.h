@@ -7,6 +7,7 @@
 
 namespace contracttest {
 
+// begin class
 /// memkernel, as the contract suite sees it.
 class MemKernelUnderTest : public kernelcontract::KernelUnderTest {
 public:
@@ -36,12 +37,11 @@ public:
   du::SmartPtr<zelloader::Loader> GetLoader() override;
   du::SmartPtr<zelk::Shape> CreateShape(bool canBeLoaded) override;
 
-protected:
-  [[nodiscard]] memkernel::World& _GetMemWorld() const { return *m_world; }
 
 private:
   const du::SmartPtr<memkernel::World> m_world;
   std::map<std::string, du::SmartPtr<memkernel::Product>> m_products;
 };
+// end class
 
 }  // namespace contracttest
