@@ -30,6 +30,7 @@ public:
 
   du::Symbol objectName;
   du::Symbol displayName;
+  du::Symbol referencedFile;
   TestInstance* parent;
   bool isProxy = false;
   bool isProxyExpanded = false;
@@ -40,8 +41,9 @@ public:
                         const du::Symbol& /*fallback*/) const override
   {
     out.Reset();
-    if (group == "Instance" && name == "Display Name" && !displayName.IsEmpty()) {
-      out = du::MakeSmart<TextValue>(displayName);
+    const du::Symbol& value = name == "Display Name" ? displayName : referencedFile;
+    if (group == "Instance" && (name == "Display Name" || name == "Referenced File") && !value.IsEmpty()) {
+      out = du::MakeSmart<TextValue>(value);
     }
   }
   void GetBaseParent(du::SmartPtr<zelk::BaseInstance>& out) const override

@@ -101,6 +101,8 @@ TEST_F(TextHostPrint, Proxies_TellWhetherTheyAreOpen)
             "│  ├─ bolt [not loaded]\n"
             "│  └─ nut\n"
             "└─ rod [failed]\n");
+  rod->referencedFile = "rod\n.stp";
+  EXPECT_TRUE(TextOf(host).ends_with("└─ rod [failed: rod\\n.stp]\n"));
 }
 
 TEST_F(TextHostPrint, LevelsBeyondTheIndent_TellTheirNumber)

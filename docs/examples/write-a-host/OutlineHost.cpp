@@ -97,15 +97,15 @@ void OutlineHost::Repaint() const
 {
   struct Place {
     Identity row;
-    int level;
+    std::size_t level;
   };
-  std::vector<Place> places{{nullptr, -1}};
+  std::vector<Place> places{{nullptr, 0}};
   while (!places.empty()) {
     const auto [identity, level] = places.back();
     places.pop_back();
     const Row& row = m_rows.at(identity);
     if (identity) {
-      std::cout << std::string(2U * static_cast<unsigned int>(level), ' ') << row.name << '\n';
+      std::cout << std::string(2 * (level - 1), ' ') << row.name << '\n';
     }
     for (auto child = row.children.rbegin(); child != row.children.rend(); ++child) {
       places.push_back({*child, level + 1});

@@ -87,6 +87,7 @@ std::string CallTracer::_NameOfItem(const zelk::Object* item) const
 std::string CallTracer::_ShowItems(const std::vector<du::SmartPtr<zelk::Object>>& items) const
 {
   std::vector<std::string> names;
+  names.reserve(items.size());
   for (const auto& item : items) {
     names.push_back(_NameOfItem(item.Get()));
   }
@@ -99,6 +100,7 @@ std::string CallTracer::_ShowInstances(const std::list<zelk::BaseInstance*>* ins
     return "null";
   }
   std::vector<std::string> names;
+  names.reserve(instances->size());
   for (const zelk::BaseInstance* instance : *instances) {
     names.push_back(_NameOf(instance));
   }
@@ -113,6 +115,7 @@ std::string CallTracer::_ShowMap(const du::HashMap<const zelk::BaseInstance*, V>
     return "null";
   }
   std::vector<std::string> entries;
+  entries.reserve(map->size());
   for (const auto& [instance, value] : *map) {
     const auto name = m_names.find(instance);
     entries.push_back((name != m_names.end() ? name->second : "?") + ": " + std::to_string(static_cast<int>(value)));

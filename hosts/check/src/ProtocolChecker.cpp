@@ -112,7 +112,7 @@ void ProtocolChecker::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& ins
 {
   du::SmartPtr<zelk::BaseInstance> above = parent;
   _CreateRow(instance, [&above] {
-    const auto ancestor = above;
+    auto ancestor = above;
     above = ancestor ? GetParent(*ancestor) : nullptr;
     return ancestor;
   });

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <ostream>
 
-#include "zelk/Instance.h"
-
 namespace texthost {
 
 struct TreePrinter::Signs {
@@ -124,14 +122,8 @@ void TreePrinter::_PrintIndent(bool isLast)
 
 std::string TreePrinter::_DescribeState(const TextHost::Row& row) const
 {
-  std::string state;
-  if (const auto* instance = dynamic_cast<const zelk::Instance*>(row.instance.Get())) {
-    if (instance->HasProxyExpandFailed()) {
-      state += _Mark("[failed]");
-    } else if (instance->IsProxy() && !instance->IsProxyExpanded()) {
-      state += _Mark("[not loaded]");
-    }
-  }
+  std::string state = ReadRowState(*row.instance, m_style.ascii);
+  state = state.empty() ? state : _Mark('[' + state + ']');
   if (!_IsOpen() && (row.firstChild || row.hasPlaceholder)) {
     const std::string count = row.firstChild ? std::to_string(CountSiblings(row.firstChild)) : "";
     state += _Mark("[+" + count + (row.hasPlaceholder ? m_signs.placeholder : "") + "]");

@@ -25,8 +25,8 @@ private:
   [[nodiscard]] static bool _IsLast(const TextHost::Row& row);
   void _Descend(const TextHost::Row& row);
   void _Ascend();
-  /// The row that comes after `row` and everything below it; null at the end.
-  [[nodiscard]] const TextHost::Row* _GoOn(const TextHost::Row& row);
+  /// The row that comes after `from` and everything below it; null at the end.
+  [[nodiscard]] const TextHost::Row* _GoOn(const TextHost::Row& from);
   void _PrintRow(const TextHost::Row& row);
   void _PrintPlaceholder();
   void _PrintIndent(bool isLast);

@@ -99,7 +99,8 @@ private:
   [[nodiscard]] Row& _FindRowAbove(const guitree::FilteredTree::Node& node);
   [[nodiscard]] Row* _FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent);
   void _Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next);
-  void _Erase(Row& row);
+  /// The row and all below it.
+  void _Erase(Row& top);
   void _Clear();
 
   du::SmartPtr<SceneManagerObserver> m_observer;
@@ -113,5 +114,9 @@ private:
 /// What a row is called: the property "Display Name", else the name of the object, else `(unnamed)`. Printable as it
 /// is, see `MakePrintable`.
 [[nodiscard]] std::string ReadRowName(const zelk::BaseInstance& instance, bool ascii = false);
+
+/// What stands in brackets behind the name: `failed`, with the property "Referenced File" if there is one, for a proxy
+/// whose content could not be read, `not loaded` for one that was not opened; empty for all others. Printable as it is.
+[[nodiscard]] std::string ReadRowState(const zelk::BaseInstance& instance, bool ascii = false);
 
 }  // namespace texthost
