@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "stepimport/Progress.h"
+
+/// Shows on a terminal how far reading has come, in one line that is gone at the end, and stops reading on Ctrl-C.
+/// Lives as long as the reading of one file.
+class ReadingLine final : public stepimport::Progress {
+public:
+  /// Without `isShown` nothing is written.
+  explicit ReadingLine(bool isShown) : m_isShown(isShown) {}
+  ReadingLine(const ReadingLine&) = delete;
+  ReadingLine& operator=(const ReadingLine&) = delete;
+  ~ReadingLine() override;
+
+  bool Report(int percent, std::string_view stage) override;
+
+private:
+  const bool m_isShown;
+  std::string m_shown;
+};

@@ -1,0 +1,7 @@
+# usage: FullDisk_IsAnError.sh SHOW FILE
+set -u
+message=$("$1" "$2" 2>&1 > /dev/full)
+code=$?
+
+[ "$code" -eq 1 ] || { echo "the exit code is $code and should be 1"; exit 1; }
+[ "$message" = "guitree-show: cannot write: No space left on device" ] || { echo "the message is: $message"; exit 1; }

@@ -1,0 +1,74 @@
+#include "Options.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+
+namespace {
+
+ParsedOptions Parse(std::initializer_list<std::string> arguments)
+{
+  std::vector<std::string> texts{"guitree-show"};
+  texts.insert(texts.end(), arguments);
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size());
+  for (std::string& text : texts) {
+    pointers.push_back(text.data());
+  }
+  return ParseOptions(static_cast<int>(pointers.size()), pointers.data());
+}
+
+TEST(ParseOptions, FileAlone_ShowsEverythingWithoutExtras)
+{
+  const ParsedOptions parsed = Parse({"pump.stp"});
+
+  ASSERT_TRUE(parsed.options);
+  EXPECT_EQ(parsed.options->files, (std::vector<std::filesystem::path>{"pump.stp"}));
+  EXPECT_EQ(parsed.options->style.depth, texthost::PrintStyle::s_allLevels);
+  EXPECT_FALSE(parsed.options->trace || parsed.options->check || parsed.options->verbose);
+}
+
+TEST(ParseOptions, Options_MayStandBetweenFiles)
+{
+  const ParsedOptions parsed = Parse({"a.stp", "--depth", "3", "b.stp", "--trace", "--check", "--verbose"});
+
+  ASSERT_TRUE(parsed.options);
+  EXPECT_EQ(parsed.options->files, (std::vector<std::filesystem::path>{"a.stp", "b.stp"}));
+  EXPECT_EQ(parsed.options->style.depth, 3U);
+  EXPECT_TRUE(parsed.options->trace && parsed.options->check && parsed.options->verbose);
+}
+
+TEST(ParseOptions, DoubleDash_EndsTheOptions)
+{
+  const ParsedOptions parsed = Parse({"--", "--depth"});
+
+  ASSERT_TRUE(parsed.options);
+  EXPECT_EQ(parsed.options->files, (std::vector<std::filesystem::path>{"--depth"}));
+}
+
+TEST(ParseOptions, AsciiAndUnicode_ChooseTheLinesWhereverTheyGo)
+{
+  EXPECT_TRUE(Parse({"--ascii", "a.stp"}).options->style.ascii);
+  EXPECT_FALSE(Parse({"--unicode", "a.stp"}).options->style.ascii);
+}
+
+TEST(ParseOptions, Faults_GiveNoOptionsAndTheCodeForUsage)
+{
+  for (const ParsedOptions& parsed :
+       {Parse({}), Parse({"--bogus", "a.stp"}), Parse({"--depth", "-1", "a.stp"}), Parse({"--depth", "x", "a.stp"}),
+        Parse({"--depth", "99999999999999999999999", "a.stp"}), Parse({"--ascii", "--unicode", "a.stp"})}) {
+    EXPECT_FALSE(parsed.options);
+    EXPECT_EQ(parsed.exitCode, ExitUsage);
+  }
+}
+
+TEST(ParseOptions, HelpAndVersion_GiveNoOptionsAndNoFailure)
+{
+  for (const ParsedOptions& parsed : {Parse({"--help"}), Parse({"--version"}), Parse({"-h", "--bogus"})}) {
+    EXPECT_FALSE(parsed.options);
+    EXPECT_EQ(parsed.exitCode, ExitOk);
+  }
+}
+
+}  // namespace
