@@ -107,6 +107,39 @@ void UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite(KernelUnderT
   EXPECT_TRUE(RunUntil(kernel, [&] { return last == 20; }));
 }
 
+/// Has another thread read during each visit.
+class ReadingVisitor : public zelk::BaseInstanceVisitor {
+public:
+  explicit ReadingVisitor(dp::ReadWriteLock& lock) : m_lock(lock) {}
+
+  bool VisitInstance(const du::SmartPtr<zelk::BaseInstance>& /*instance*/) override
+  {
+    const dp::ReadGuard own(&m_lock);
+    std::thread([this] { const dp::ReadGuard other(&m_lock); }).join();
+    ++visits;
+    return true;
+  }
+
+  std::size_t visits = 0;
+
+private:
+  dp::ReadWriteLock& m_lock;
+};
+
+void InsideAVisit_ThisThreadAndOthersCanRead(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  dp::ReadWriteLock* lock = kernel.GetWorld().tree->GetReadWriteLock();
+  if (!lock) {
+    GTEST_SKIP() << "this tree has no lock";
+  }
+  ReadingVisitor visitor(*lock);
+
+  kernel.GetWorld().tree->Visit(visitor, zelk::BaseTree::VisitParentsFirst);
+
+  EXPECT_EQ(visitor.visits, tree.GetNames().size());
+}
+
 }  // namespace
 
 std::vector<ContractCase> GetLockCases()
@@ -117,6 +150,7 @@ std::vector<ContractCase> GetLockCases()
        &UnderTheReadSide_TheTreeDoesNotChangeAndGettersTakeNoLock},
       {"Lock", "UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite",
        &UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite},
+      {"Lock", "InsideAVisit_ThisThreadAndOthersCanRead", &InsideAVisit_ThisThreadAndOthersCanRead},
   };
 }
 

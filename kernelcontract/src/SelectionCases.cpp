@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <set>
 #include <thread>
 
@@ -26,6 +27,9 @@ public:
   {
     calls.emplace_back("changed");
     lists.insert(list);
+    if (onChange) {
+      onChange();
+    }
     if (clearFirst) {
       EXPECT_TRUE(removed.empty()) << "what goes with the whole list is not told one by one";
       byChanges.clear();
@@ -57,6 +61,7 @@ public:
     byObjects.clear();
   }
 
+  std::function<void()> onChange;
   std::vector<std::string> calls;
   std::set<unsigned int> lists;
   std::set<const void*> byChanges;
@@ -219,6 +224,23 @@ void Registration_HappensOnceOnEachList(KernelUnderTest& kernel)
   EXPECT_TRUE(observer->calls.empty());
 }
 
+void UnregisteringFromInsideACallback_DeliversTheEndAndNothingAfter(KernelUnderTest& kernel)
+{
+  if (!HasSelection(kernel)) {
+    GTEST_SKIP() << "this world has no selection";
+  }
+  const TestTree tree(kernel);
+  Manager& manager = *kernel.GetWorld().selectionManager;
+  const auto observer = du::MakeSmart<FollowingObserver>();
+  manager.RegisterObserver(0, *observer);
+  observer->onChange = [&] { EXPECT_TRUE(manager.UnregisterObserver(0, *observer)); };
+
+  manager.ApplyItems(0, MakeItems({tree["a"]}), Manager::OperationSet);
+  manager.ApplyItems(0, MakeItems({tree["b"]}), Manager::OperationSet);
+
+  EXPECT_EQ(observer->calls, (std::vector<std::string>{"begin", "changed", "end"}));
+}
+
 void Queries_TellByInstanceAndType(KernelUnderTest& kernel)
 {
   if (!HasSelection(kernel)) {
@@ -292,6 +314,8 @@ std::vector<ContractCase> GetSelectionCases()
       {group, "WhatChangesNothing_IsNotTold", &WhatChangesNothing_IsNotTold},
       {group, "Lists_AreIndependent", &Lists_AreIndependent},
       {group, "Registration_HappensOnceOnEachList", &Registration_HappensOnceOnEachList},
+      {group, "UnregisteringFromInsideACallback_DeliversTheEndAndNothingAfter",
+       &UnregisteringFromInsideACallback_DeliversTheEndAndNothingAfter},
       {group, "Queries_TellByInstanceAndType", &Queries_TellByInstanceAndType},
       {group, "GetSelectedInstances_AddsToTheSet", &GetSelectedInstances_AddsToTheSet},
       {group, "Queries_AreSafeFromAnotherThread", &Queries_AreSafeFromAnotherThread},
