@@ -258,8 +258,8 @@ du::SmartPtr<zelk::PropertyValue> Instance::_GetPartIdValue() const
   if (_Has(InstanceBaseRoot)) {
     return du::MakeSmart<TextValue>(ROOT_INSTANCE_ID);
   }
-  const auto* own =
-      m_own ? m_own->properties.Find(zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_partId) : nullptr;
+  const du::Symbol& group = zelk::BaseInstanceDynamicPropertiesCache::s_GroupName;
+  const auto* own = m_own ? m_own->properties.Find(group, s_partId) : nullptr;
   if (own) {
     return *own;
   }

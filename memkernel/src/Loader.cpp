@@ -139,7 +139,7 @@ private:
       CompleteFailed(event);
     }
   }
-  void _Forget()
+  void _Forget() const
   {
     if (loader) {
       loader->_Forget(*this);

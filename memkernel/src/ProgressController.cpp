@@ -14,10 +14,6 @@ void ProgressController::AddCtrl(du::SmartPtr<zelk::ProgressCtrl> ctrl)
   if (!ctrl || !ctrl->GetEvent()) {
     return;
   }
-  if (ctrl->GetEvent()->IsCompleted()) {
-    ctrl->OnFinished();
-    return;
-  }
   m_ctrls.push_back(ctrl);
   ctrl->GetEvent()->AddProgressListener(
       [self = du::SmartPtr<ProgressController>(this), raw = ctrl.Get()](unsigned char percent, bool isCompleted) {

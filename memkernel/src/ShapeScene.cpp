@@ -72,7 +72,7 @@ du::SmartPtr<ShapeInstance> ShapeSceneContent::CreateShapeInstance(const du::Sma
   }
   const unsigned int bits =
       (info.isVisible ? ShapeInstance::Visible : 0U) | (info.isThumbnail ? ShapeInstance::Thumbnail : 0U);
-  const du::SmartPtr<ShapeInstance> created(
+  du::SmartPtr<ShapeInstance> created(
       new ShapeInstance(instance, info.shape ? info.shape : instance->GetProduct()->GetShape(), bits));
   {
     const std::unique_lock lock(m_mutex);
@@ -102,7 +102,7 @@ bool ShapeSceneContent::RemoveShapeInstance(const du::SmartPtr<zelk::Instance>& 
 
 bool ShapeSceneContent::SetVisible(const du::SmartPtr<ShapeInstance>& shapeInstance, bool isVisible)
 {
-  const du::SmartPtr<ShapeInstance> changed = shapeInstance;
+  const du::SmartPtr<ShapeInstance> changed(shapeInstance.Get());
   if (!_IsOwn(changed.Get())) {
     return false;
   }
@@ -116,7 +116,7 @@ bool ShapeSceneContent::SetVisible(const du::SmartPtr<ShapeInstance>& shapeInsta
 
 bool ShapeSceneContent::SetCompared(const du::SmartPtr<ShapeInstance>& shapeInstance, bool isCompared, bool isFirst)
 {
-  const du::SmartPtr<ShapeInstance> changed = shapeInstance;
+  const du::SmartPtr<ShapeInstance> changed(shapeInstance.Get());
   if (!_IsOwn(changed.Get())) {
     return false;
   }

@@ -88,7 +88,7 @@ bool Tree::Remove(const du::SmartPtr<Instance>& instance)
     return false;
   }
   // The argument may be a member of something that goes with the instance.
-  const du::SmartPtr<Instance> top = instance;
+  const du::SmartPtr<Instance> top(instance.Get());
   const TreeBatch batch(*this);
   const auto parent = _TakeOut(top);
   _TellRemoved(top, parent);
@@ -100,7 +100,7 @@ bool Tree::Rename(const du::SmartPtr<Instance>& instance, const du::Symbol& name
   if (!_CanEdit(instance.Get())) {
     return false;
   }
-  const du::SmartPtr<Instance> renamed = instance;
+  const du::SmartPtr<Instance> renamed(instance.Get());
   const du::Symbol before = renamed->GetObjectName();
   {
     const WriteGuard guard(m_lock);
@@ -142,7 +142,7 @@ bool Tree::SetProperty(const du::SmartPtr<Instance>& instance, const du::Symbol&
       && (value.IsEmpty() || value == zelk::ComponentInstance::ROOT_INSTANCE_ID)) {
     return false;
   }
-  const du::SmartPtr<Instance> changed = instance;
+  const du::SmartPtr<Instance> changed(instance.Get());
   {
     const WriteGuard guard(m_lock);
     changed->_GetOwn().properties.Set(group, name, value);
@@ -156,7 +156,7 @@ bool Tree::RemoveProperty(const du::SmartPtr<Instance>& instance, const du::Symb
   if (!_CanEdit(instance.Get()) || !instance->m_own || !instance->m_own->properties.Find(group, name)) {
     return false;
   }
-  const du::SmartPtr<Instance> changed = instance;
+  const du::SmartPtr<Instance> changed(instance.Get());
   {
     const WriteGuard guard(m_lock);
     changed->m_own->properties.Remove(group, name);
@@ -182,7 +182,7 @@ bool Tree::SetFlags(const du::SmartPtr<Instance>& instance, unsigned int flags, 
   if (!_CanEdit(instance.Get()) || (flags & ~InstanceAllFlags) != 0 || (flags & s_proxyFlags) != 0) {
     return false;
   }
-  const du::SmartPtr<Instance> changed = instance;
+  const du::SmartPtr<Instance> changed(instance.Get());
   if (_ChangeFlags(*changed, flags, on)) {
     _Tell([changed](zelk::TreeObserver& observer) { observer.OnInstancePropertiesChanged(changed); });
   }
@@ -204,7 +204,7 @@ bool Tree::ExpandProxy(const du::SmartPtr<Instance>& instance)
   if (!_CanEdit(instance.Get()) || !instance->IsProxy()) {
     return false;
   }
-  const du::SmartPtr<Instance> proxy = instance;
+  const du::SmartPtr<Instance> proxy(instance.Get());
   const bool hadFailed = _ChangeFlags(*proxy, InstanceProxyExpandFailed, false);
   if (_ChangeFlags(*proxy, InstanceProxyExpanded, true) || hadFailed) {
     _Tell([proxy](zelk::TreeObserver& observer) { observer.OnInstanceExpanded(proxy); });
@@ -217,7 +217,7 @@ bool Tree::CollapseProxy(const du::SmartPtr<Instance>& instance)
   if (!_CanEdit(instance.Get()) || !instance->IsProxy()) {
     return false;
   }
-  const du::SmartPtr<Instance> proxy = instance;
+  const du::SmartPtr<Instance> proxy(instance.Get());
   const TreeBatch batch(*this);
   while (proxy->m_firstChild) {
     Remove(du::SmartPtr<Instance>(proxy->m_firstChild));
@@ -233,7 +233,7 @@ bool Tree::FailProxy(const du::SmartPtr<Instance>& instance)
   if (!_CanEdit(instance.Get()) || !instance->IsProxy()) {
     return false;
   }
-  const du::SmartPtr<Instance> proxy = instance;
+  const du::SmartPtr<Instance> proxy(instance.Get());
   const bool wasExpanded = _ChangeFlags(*proxy, InstanceProxyExpanded, false);
   if (_ChangeFlags(*proxy, InstanceProxyExpandFailed, true) || wasExpanded) {
     _Tell([proxy](zelk::TreeObserver& observer) { observer.OnInstanceExpanded(proxy); });
@@ -246,7 +246,7 @@ bool Tree::TurnProxyToNode(const du::SmartPtr<Instance>& instance)
   if (!_CanEdit(instance.Get()) || !instance->IsProxy()) {
     return false;
   }
-  const du::SmartPtr<Instance> node = instance;
+  const du::SmartPtr<Instance> node(instance.Get());
   _ChangeFlags(*node, s_proxyFlags, false);
   _Tell([node](zelk::TreeObserver& observer) { observer.OnInstanceProxyToNode(node); });
   return true;
@@ -257,7 +257,7 @@ bool Tree::AddViewable(const du::SmartPtr<Instance>& instance, const du::SmartPt
   if (!_CanEdit(instance.Get())) {
     return false;
   }
-  const du::SmartPtr<Instance> changed = instance;
+  const du::SmartPtr<Instance> changed(instance.Get());
   const auto data = du::MakeSmart<zelk::ViewableData>();
   data->viewable = viewable;
   {
@@ -273,7 +273,7 @@ bool Tree::RemoveViewable(const du::SmartPtr<Instance>& instance, const du::Smar
   if (!_CanEdit(instance.Get()) || !instance->m_own) {
     return false;
   }
-  const du::SmartPtr<Instance> changed = instance;
+  const du::SmartPtr<Instance> changed(instance.Get());
   auto& viewables = changed->m_own->viewables;
   const auto found = std::find_if(viewables.begin(), viewables.end(),
                                   [&](const auto& record) { return record->viewable == viewable; });
@@ -446,7 +446,7 @@ du::SmartPtr<Instance> Tree::_Insert(const du::SmartPtr<Instance>& parent, Insta
     m_count.fetch_add(1, std::memory_order_relaxed);
   }
   if (!m_observers.IsEmpty()) {
-    const du::SmartPtr<Instance> kept = parent;
+    const du::SmartPtr<Instance> kept(parent.Get());
     _TellCreated(instance, kept);
   }
   return instance;
@@ -454,7 +454,7 @@ du::SmartPtr<Instance> Tree::_Insert(const du::SmartPtr<Instance>& parent, Insta
 
 du::SmartPtr<Instance> Tree::_TakeOut(const du::SmartPtr<Instance>& top)
 {
-  const du::SmartPtr<Instance> parent(top->m_parent);
+  du::SmartPtr<Instance> parent(top->m_parent);
   const WriteGuard guard(m_lock);
   if (parent) {
     m_groups->OnUnlinking(*parent, *top);

@@ -58,12 +58,14 @@ TEST_F(ProgressControllerTest, AddCtrl_OfNothing_IsIgnored)
   EXPECT_THAT(controller->GetCtrls(), IsEmpty());
 }
 
-TEST_F(ProgressControllerTest, AddCtrl_ForACompletedEvent_TellsTheEndAtOnce)
+TEST_F(ProgressControllerTest, AddCtrl_ForACompletedEvent_TellsTheEndInALaterTurn)
 {
   event->Complete();
   loop->RunDue();
 
   controller->AddCtrl(du::MakeSmart<RecordingCtrl>(event, lines));
+  EXPECT_THAT(lines, IsEmpty());
+  loop->RunDue();
 
   EXPECT_THAT(lines, ElementsAre("finished", "released"));
 }

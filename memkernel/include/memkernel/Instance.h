@@ -23,6 +23,8 @@ class Tree;
 /// read by other threads only while they hold the topmost instance of what has been taken out.
 class Instance final : public zelk::ComponentInstance {
 public:
+  ~Instance() override;
+
   /// The properties of the group `zelk::BaseInstanceDynamicPropertiesCache::s_GroupName`. The display name is the same
   /// as `GetObjectName`. The part ID is `ROOT_INSTANCE_ID` for the base root, else that of the instance or its product,
   /// else the two keys with a stroke between them.
@@ -82,7 +84,6 @@ private:
   };
 
   Instance(const du::SmartPtr<Product>& product, const du::Symbol& subKey);
-  ~Instance() override;
 
   [[nodiscard]] bool _Has(unsigned int flag) const noexcept { return (m_flags & flag) != 0; }
   void _SetFlags(unsigned int flags, bool on) noexcept { m_flags = on ? m_flags | flags : m_flags & ~flags; }

@@ -37,6 +37,8 @@ struct ProductInfo {
 /// lock. Siblings of one product are multi-instanced siblings.
 class Product : public virtual du::RefCounted {
 public:
+  ~Product() override;
+
   [[nodiscard]] const du::Symbol& GetKey() const noexcept { return m_key; }
   [[nodiscard]] const du::Symbol& GetName() const noexcept { return m_name->GetText(); }
   /// Empty if each instance has its own.
@@ -51,7 +53,6 @@ private:
   friend class Tree;
 
   Product(const du::SmartPtr<TreeLink>& tree, const du::Symbol& key, const ProductInfo& info);
-  ~Product() override;
 
   const du::SmartPtr<TreeLink> m_tree;
   const du::Symbol m_key;

@@ -12,7 +12,7 @@ public:
   ProgressController();
   ~ProgressController() override;
 
-  /// A control whose event has been completed already is told so and not held.
+  /// A control whose event has been completed already is told so in a later turn of the loop.
   void AddCtrl(du::SmartPtr<zelk::ProgressCtrl> ctrl) override;
   /// Lets go of all controls without a word, for the end of the world.
   void Clear();

@@ -12,6 +12,8 @@ class ShapeSceneContent;
 /// The presence of an instance in a scene. Made and changed by its scene; read in any thread.
 class ShapeInstance final : public zelk::ShapeInstance {
 public:
+  ~ShapeInstance() override;
+
   void GetInstance(du::SmartPtr<zelk::Instance>& out) const override;
   void GetShape(du::SmartPtr<zelk::Shape>& out) const override;
   /// Its own status where one was set, else that of its shape. `ShapeDataNone` without a shape, and for any other data
@@ -38,7 +40,6 @@ private:
   static constexpr unsigned short s_asShape = 0xffff;
 
   ShapeInstance(const du::SmartPtr<zelk::Instance>& instance, const du::SmartPtr<Shape>& shape, unsigned int bits);
-  ~ShapeInstance() override;
 
   [[nodiscard]] bool _Has(Bit bit) const noexcept { return (m_bits.load(std::memory_order_acquire) & bit) != 0; }
   /// Answers whether the bit was different.

@@ -38,6 +38,8 @@ struct ShapeInstanceInfo {
 /// returns, and one that is made from inside a callback when all observers have heard the present one.
 class ShapeSceneContent : public virtual du::RefCounted {
 public:
+  ~ShapeSceneContent() override;
+
   /// Null if the instance is null, is in no tree, or has a shape instance in this scene.
   du::SmartPtr<ShapeInstance> CreateShapeInstance(const du::SmartPtr<Instance>& instance,
                                                   const ShapeInstanceInfo& info = {});
@@ -62,7 +64,6 @@ public:
 
 protected:
   ShapeSceneContent(const du::SmartPtr<zelk::SelectionManager>& selectionManager, const du::SmartPtr<zelk::Tree>& tree);
-  ~ShapeSceneContent() override;
 
   [[nodiscard]] const du::SmartPtr<zelk::SelectionManager>& _GetSelectionManager() const { return m_selectionManager; }
   bool _RegisterObserver(zelk::ShapeSceneObserver& observer, du::Flags what, bool replay);
