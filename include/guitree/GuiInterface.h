@@ -66,7 +66,9 @@ public:
   /// Last call of a view change that kept the rows. `view` is the new one, which may be null; `wasClashReport` tells
   /// that the one before was a `zelk::ClashReportView`.
   virtual void PostOnActiveViewChanged(const du::SmartPtr<zelk::View>& view, bool wasClashReport);
+  /// What a status bar tells of panel and selection may have changed.
   virtual void UpdateStatusBar();
+  /// What the controls of the filter show may have changed.
   virtual void UpdateFilterUI();
   /// The table of rows is complete again.
   virtual void UpdateTreeTable();
@@ -76,7 +78,9 @@ public:
   virtual void UpdateNodeNames();
   /// For the host's own use.
   virtual void CheckAltPartNamePrefs();
+  /// The rows are about to be sorted anew: read by which column.
   virtual void LoadSortingPrefs();
+  /// What tooltips tell of scenes has changed.
   virtual void UpdateTooltips();
 
   /// Rows have changed their look: repaint the entries of the two change maps, and read their present state from the
@@ -92,6 +96,7 @@ public:
   /// With true, a null view and false: last call of a population. With false, the view and true: a filter is about to
   /// be made.
   virtual void UpdateQuickSearchResults(bool populated, const du::SmartPtr<zelk::View>& view, bool filterNeeded);
+  /// Instances of a scene have come out of step with their source, or are in step again.
   virtual void UnsyncInstances(bool unsynced);
 
   /// First call of a population; `keepExpanded` tells that the same content is rebuilt after a change. The two below
@@ -152,8 +157,9 @@ public:
   [[nodiscard]] virtual bool IsTreeVisibleInUI() const;
   /// A control for the progress of a filter job; null, the default, for none.
   virtual du::SmartPtr<zelk::ProgressCtrl> CreateFilterProgressCtrl(const du::SmartPtr<zelk::AsyncEvent>& event);
-  /// The branch of this node can be opened, by `TreeStateBase::ExpandFilterNode`.
+  /// The branch of this node can be opened.
   virtual void FilterNodeCreate(FilteredTree::Node* node);
+  /// Whether rows show names that come from properties which may be loaded late. False by default.
   [[nodiscard]] virtual bool IsShowingAltPartNames() const;
   /// The new view and its selection manager are in place.
   virtual void CurrentViewChanged();
