@@ -43,7 +43,8 @@ class GuiTree : public virtual du::RefCounted {
 public:
   /// `manager` is the parent of every observer that is created; it may be null when the kernel needs none.
   explicit GuiTree(const du::SmartPtr<dom::ManagedObject>& manager);
-  /// Memberwise: the copies share controller, host and logs, and only one of them may be destroyed.
+  /// Memberwise: the copies share controller, host and logs, and only one of them may be destroyed. What tells whether
+  /// an object lives is its own.
   GuiTree(const GuiTree&);
   GuiTree& operator=(const GuiTree&);
   /// Unregisters nothing, so `Close` comes first. Observers that the kernel still knows do nothing from now on.
@@ -66,8 +67,9 @@ public:
   void SetBaseTree(const du::SmartPtr<zelk::BaseTree>& tree) { baseTree = tree; }
   [[nodiscard]] const du::SmartPtr<zelk::BaseTree>& GetBaseTree() const noexcept { return baseTree; }
 
-  /// Binds the panel to a world and fills it for the first time. With null only the world is stored. No view is current
-  /// afterwards, whatever the host reported on the way. May be called again after `Close`.
+  /// Binds the panel to a world and fills it for the first time. With null, or without a tree state, only the world is
+  /// stored. No view is current afterwards, whatever the host reported on the way; a log that became current with such
+  /// a view stays so until the next one. May be called again after `Close`.
   void Initialise(const du::SmartPtr<zelk::World>& newWorld);
   /// Ends the scene side: from now on reports of the host do nothing, and no scene is listened to. What remains is
   /// bound to its tree and its selection. A second call does nothing.
@@ -104,7 +106,7 @@ public:
   /// Ends the log of a scene; nothing for a scene without one. Nothing is repainted, also when the scene was shown.
   void OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene);
   /// Follows the view: refills the rows when the tree or the filter is another one, and repaints them otherwise. Null
-  /// tells that there is no view any more.
+  /// tells that there is no view any more. Nothing without a tree state.
   void OnActiveViewChanged(const du::SmartPtr<zelk::View>& view);
   /// As a change to no view, if it was the current one; otherwise nothing.
   void OnViewRemoved(const du::SmartPtr<zelk::View>& view);
@@ -139,7 +141,7 @@ public:
   /// Null only while the object ends.
   [[nodiscard]] TreeController* GetTreeController() const noexcept { return treeController; }
   /// Answers this object for as long as it lives and null afterwards, for those that may outlive it.
-  [[nodiscard]] std::shared_ptr<GuiTree* const> GetLiveness() const noexcept { return liveness; }
+  [[nodiscard]] std::shared_ptr<GuiTree* const> GetLiveness() const noexcept { return m_liveness; }
 
 private:
   void _SetupSelMgr(bool tearDownOnly);
@@ -150,15 +152,14 @@ private:
   void _DetachSceneObserver(SceneInfoLog& log);
   void _ListenToScene(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeScene>& scene);
   [[nodiscard]] SceneInfoLog* _FindLog(const du::SmartPtr<zelk::Scene>& scene) const;
-  [[nodiscard]] bool _FollowTreeOf(const du::SmartPtr<zelk::View>& view);
-  void _FollowSceneOf(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene);
+  [[nodiscard]] bool _FollowTreeOf(const du::SmartPtr<zelk::View>& view, TreeStateBase& state);
+  [[nodiscard]] du::SmartPtr<zelk::Scene> _FollowSceneOfCurrentView(TreeStateBase& state);
   void _ListenToView(const du::SmartPtr<zelk::View>& view);
-  [[nodiscard]] dg::Color _ReadAssocHlightColor() const;
-  void _RefillForView();
-  void _RefreshForView(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene, bool hadLog,
-                       bool wasClashReport);
+  void _RefillForView(TreeStateBase& state);
+  void _RefreshForView(TreeStateBase& state, const du::SmartPtr<zelk::View>& view,
+                       const du::SmartPtr<zelk::Scene>& scene, bool hadLog, bool wasClashReport);
   void _RepaintCurrentLog();
-  void _ClearCurrentChanges();
+  void _ClearChangesOf(const du::SmartPtr<zelk::Scene>& scene);
 
   SceneInfoLog* currentLog = nullptr;
   du::SmartPtr<zelk::BaseTree> baseTree;
@@ -175,7 +176,7 @@ private:
   du::SmartPtr<SelectionObserver> selectionObserver;
   du::SmartPtr<AssocHlightObserver> assocHlightObserver;
   du::SmartPtr<MySceneManagerObserver> sceneManagerObserver;
-  std::shared_ptr<GuiTree*> liveness;
+  const std::shared_ptr<GuiTree*> m_liveness;
 };
 
 }  // namespace guitree

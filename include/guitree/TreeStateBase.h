@@ -190,7 +190,7 @@ private:
     return TreeStateBase::AttemptDeleteSmartPtrReference(observer, owner);
   }
 
-  [[nodiscard]] bool _HasGuiTree() const noexcept { return *livingGuiTree != nullptr; }
+  [[nodiscard]] bool _HasGuiTree() const noexcept { return *m_livingGuiTree != nullptr; }
   [[nodiscard]] GuiInterface& _Gui() const;
   [[nodiscard]] structure_utils::TreeFilterInfoBase& _GetCurrentFilter();
   [[nodiscard]] bool _IsFilteringSelectionDynamically();
@@ -209,7 +209,7 @@ private:
   bool treeNeedsRedraw = false;
   std::set<zelk::BaseInstance*> assocHlightSet;
   /// Shared with the `GuiTree`, which puts null there when it ends.
-  std::shared_ptr<GuiTree* const> livingGuiTree;
+  std::shared_ptr<GuiTree* const> m_livingGuiTree;
 };
 
 }  // namespace guitree

@@ -1,7 +1,6 @@
 #include "facade/AssocHlightObserver.h"
 
 #include "facade/LiveGuiTree.h"
-#include "guitree/TreeStateBase.h"
 
 namespace guitree {
 
@@ -11,8 +10,8 @@ void AssocHlightObserver::OnSelectionChanged(unsigned int /*list*/, bool clearFi
 {
   const Pin self(this);
   const LiveGuiTree tree(guiTree);
-  if (tree && tree->GetTreeState()) {
-    tree->GetTreeState()->OnAssocHlightChanged(clearFirst, removed, added);
+  if (const auto state = tree.GetState()) {
+    state->OnAssocHlightChanged(clearFirst, removed, added);
   }
 }
 

@@ -15,20 +15,55 @@
 namespace guitree {
 
 GuiTree::GuiTree(const du::SmartPtr<dom::ManagedObject>& manager)
-    : treeController(new TreeController(this)), managedObject(manager), liveness(std::make_shared<GuiTree*>(this))
+    : treeController(new TreeController(this)), managedObject(manager), m_liveness(std::make_shared<GuiTree*>(this))
 {
 }
 
-GuiTree::GuiTree(const GuiTree&) = default;
+GuiTree::GuiTree(const GuiTree& other)
+    : du::RefCounted(other),
+      currentLog(other.currentLog),
+      baseTree(other.baseTree),
+      world(other.world),
+      treeState(other.treeState),
+      guiInterface(other.guiInterface),
+      currentView(other.currentView),
+      sceneLogs(other.sceneLogs),
+      treeController(other.treeController),
+      shapeViewObserver(other.shapeViewObserver),
+      managedObject(other.managedObject),
+      assocHlightColor(other.assocHlightColor),
+      selectionManager(other.selectionManager),
+      selectionObserver(other.selectionObserver),
+      assocHlightObserver(other.assocHlightObserver),
+      sceneManagerObserver(other.sceneManagerObserver),
+      m_liveness(std::make_shared<GuiTree*>(this))
+{
+}
 
-GuiTree& GuiTree::operator=(const GuiTree&) = default;
+GuiTree& GuiTree::operator=(const GuiTree& other)
+{
+  currentLog = other.currentLog;
+  baseTree = other.baseTree;
+  world = other.world;
+  treeState = other.treeState;
+  guiInterface = other.guiInterface;
+  currentView = other.currentView;
+  sceneLogs = other.sceneLogs;
+  treeController = other.treeController;
+  shapeViewObserver = other.shapeViewObserver;
+  managedObject = other.managedObject;
+  assocHlightColor = other.assocHlightColor;
+  selectionManager = other.selectionManager;
+  selectionObserver = other.selectionObserver;
+  assocHlightObserver = other.assocHlightObserver;
+  sceneManagerObserver = other.sceneManagerObserver;
+  return *this;
+}
 
 GuiTree::~GuiTree()
 {
   // From here on those that outlive this object, tree states above all, leave it alone.
-  if (*liveness == this) {
-    *liveness = nullptr;
-  }
+  *m_liveness = nullptr;
   delete std::exchange(treeController, nullptr);
   _ReleaseSceneManagerObserver();
   if (assocHlightObserver) {
@@ -70,7 +105,8 @@ bool GuiTree::OnAssocHlightChanged(unsigned int /*list*/, bool clearFirst,
                                    const std::vector<du::SmartPtr<zelk::SelectionItem>>& added)
 {
   const Pin self(this);
-  return treeState && treeState->OnAssocHlightChanged(clearFirst, removed, added);
+  const du::SmartPtr<TreeStateBase> state = treeState;
+  return state && state->OnAssocHlightChanged(clearFirst, removed, added);
 }
 
 void GuiTree::SetTreeState(du::SmartPtr<TreeStateBase> state)
@@ -82,26 +118,29 @@ void GuiTree::Initialise(const du::SmartPtr<zelk::World>& newWorld)
 {
   const Pin self(this);
   world = newWorld;
-  if (!world || !treeState) {
+  du::SmartPtr<TreeStateBase> state = treeState;
+  if (!world || !state) {
     return;
   }
-  const du::SmartPtr<zelk::BaseTree> tree = treeState->Initialise_GetZelkTree(nullptr);
-  baseTree = tree;
+  baseTree = state->Initialise_GetZelkTree(nullptr);
   _SetupSelMgr(false);
   guiInterface->InitialiseBeforePopulate();
-  if (treeState) {
-    treeState->CreateAndRegisterTreeObserver();
+  // Taken anew after each of the two calls of the host, which may put another state in place.
+  state = treeState;
+  if (state) {
+    state->CreateAndRegisterTreeObserver();
   }
   _ReleaseSceneManagerObserver();
   const auto observer = du::MakeSmart<MySceneManagerObserver>(this);
   sceneManagerObserver = observer;
   guiInterface->SetSceneManagerObserver(observer);
-  // What the host reported from inside that call is taken back: the first view comes with its next report.
+  // A view that the host reported from inside that call is taken back: the first one comes with its next report.
   currentView.Reset();
   _SetupSelMgr(false);
   OnUpdateAssocHlightColor();
-  if (treeState) {
-    treeState->PopulateTree(false);
+  state = treeState;
+  if (state) {
+    state->PopulateTree(false);
   }
   guiInterface->UpdateFilterUI();
   guiInterface->UpdateStatusBar();
@@ -118,12 +157,13 @@ void GuiTree::Close()
 void GuiTree::Reset()
 {
   const Pin self(this);
-  if (treeState) {
-    treeState->Reset();
+  const du::SmartPtr<TreeStateBase> state = treeState;
+  if (state) {
+    state->Reset();
   }
   _ReleaseShapeViewObserver();
-  if (treeState) {
-    treeState->DeregisterTreeObserver();
+  if (state) {
+    state->DeregisterTreeObserver();
   }
   baseTree.Reset();
   _TearDownSelMgr();

@@ -24,18 +24,22 @@ constexpr du::Flags s_shapeInstanceEvents(0xb);
 
 void GuiTree::OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   const du::SmartPtr<zelk::Scene> added = scene;
-  if (!added || !treeState) {
+  if (!added || !state) {
     return;
   }
-  if (treeState->IsTooltipsUpdateNeeded(added)) {
+  if (state->IsTooltipsUpdateNeeded(added)) {
     guiInterface->UpdateTooltips();
   }
-  if (!treeState || !treeState->IsCompatibleShapeSceneType(added)) {
+  if (!state->IsCompatibleShapeSceneType(added)) {
     return;
   }
-  std::unique_ptr<SceneInfoLog> log(treeState->CreateSceneInfoLog());
+  std::unique_ptr<SceneInfoLog> log(state->CreateSceneInfoLog());
+  if (!log) {
+    return;
+  }
   log->Initialise(added);
   if (!sceneLogs.emplace(added, log.get()).second) {
     return;
@@ -59,23 +63,26 @@ void GuiTree::_ListenToScene(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeSc
 
 void GuiTree::OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   const du::SmartPtr<zelk::Scene> removed = scene;
   const auto entry = sceneLogs.find(removed);
   if (entry == sceneLogs.end()) {
     return;
   }
-  const std::unique_ptr<SceneInfoLog> log(entry->second);
+  std::unique_ptr<SceneInfoLog> log(entry->second);
   sceneLogs.erase(entry);
   _DetachSceneObserver(*log);
   log->Destroy();
   if (currentLog == log.get()) {
     currentLog = nullptr;
   }
-  if (treeState) {
-    treeState->UpdateSceneInfoLog_OnSceneRemoved(removed);
+  log.reset();
+  if (!state) {
+    return;
   }
-  if (treeState && treeState->IsTooltipsUpdateNeeded(removed)) {
+  state->UpdateSceneInfoLog_OnSceneRemoved(removed);
+  if (state->IsTooltipsUpdateNeeded(removed)) {
     guiInterface->UpdateTooltips();
   }
 }
@@ -83,36 +90,40 @@ void GuiTree::OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene)
 bool GuiTree::OnShapeInstanceCreate(const du::SmartPtr<zelk::ShapeScene>& scene,
                                     const du::SmartPtr<zelk::ShapeInstance>& instance)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   SceneInfoLog* log = GetLog(scene);
-  return log && treeState && treeState->UpdateSceneInfoLog_OnShapeInstanceCreate(log, instance);
+  return log && state && state->UpdateSceneInfoLog_OnShapeInstanceCreate(log, instance);
 }
 
 bool GuiTree::OnShapeInstanceRemove(const du::SmartPtr<zelk::ShapeScene>& scene,
                                     const du::SmartPtr<zelk::ShapeInstance>& instance)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   SceneInfoLog* log = GetLog(scene);
-  return log && treeState && treeState->UpdateSceneInfoLog_OnShapeInstanceRemove(log, instance);
+  return log && state && state->UpdateSceneInfoLog_OnShapeInstanceRemove(log, instance);
 }
 
 void GuiTree::OnShapeInstanceVisibility(const du::SmartPtr<zelk::ShapeScene>& scene,
                                         const du::SmartPtr<zelk::ShapeInstance>& instance, bool visible)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   SceneInfoLog* log = GetLog(scene);
-  if (log && treeState) {
-    treeState->UpdateSceneInfoLog_OnShapeInstanceVisibility(log, instance, visible);
+  if (log && state) {
+    state->UpdateSceneInfoLog_OnShapeInstanceVisibility(log, instance, visible);
   }
 }
 
 void GuiTree::OnShapeInstanceCompared(const du::SmartPtr<zelk::ShapeScene>& scene,
                                       const du::SmartPtr<zelk::ShapeInstance>& instance)
 {
-  const Pins pins(this, treeState.Get());
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
   SceneInfoLog* log = GetLog(scene);
-  if (log && treeState) {
-    treeState->UpdateSceneInfoLog_OnInstanceCompared(log, instance);
+  if (log && state) {
+    state->UpdateSceneInfoLog_OnInstanceCompared(log, instance);
   }
 }
 
@@ -125,7 +136,8 @@ void GuiTree::OnUnsyncInstances(bool unsynced)
 void GuiTree::OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene, bool full)
 {
   const Pin self(this);
-  if (!currentLog || currentLog->GetShapeScene() != scene) {
+  const du::SmartPtr<zelk::ShapeScene> delivered = scene;
+  if (!currentLog || currentLog->GetShapeScene() != delivered) {
     return;
   }
   if (full) {
@@ -134,18 +146,19 @@ void GuiTree::OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene,
     guiInterface->UpdateVisAndTypeIconChanges(&currentLog->GetVisibleMap(), &currentLog->GetVisibleChangeMap(),
                                               &currentLog->GetTypeIconMap(), &currentLog->GetTypeIconChangeMap());
   }
-  _ClearCurrentChanges();
+  _ClearChangesOf(delivered);
 }
 
 void GuiTree::ApplyTreeUpdate()
 {
-  const Pins pins(this, treeState.Get());
-  if (!treeState) {
+  const Pin self(this);
+  const du::SmartPtr<TreeStateBase> state = treeState;
+  if (!state) {
     return;
   }
   const du::SmartPtr<zelk::View> view = currentView;
-  if (treeState->GetFilter(view).IsFiltering(false)) {
-    treeState->PopulateTree(true);
+  if (state->GetFilter(view).IsFiltering(false)) {
+    state->PopulateTree(true);
     return;
   }
   guiInterface->UpdateMarkedInsts(GetCurShapeScene());
@@ -234,11 +247,12 @@ void GuiTree::_RepaintCurrentLog()
   }
 }
 
-void GuiTree::_ClearCurrentChanges()
+void GuiTree::_ClearChangesOf(const du::SmartPtr<zelk::Scene>& scene)
 {
-  if (currentLog) {
-    currentLog->ClearVisibleChangeMap();
-    currentLog->ClearTypeIconChangeMap();
+  // Looked up anew: the host was told in between, and may have removed the scene or shown another one.
+  if (SceneInfoLog* log = _FindLog(scene)) {
+    log->ClearVisibleChangeMap();
+    log->ClearTypeIconChangeMap();
   }
 }
 

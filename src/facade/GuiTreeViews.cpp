@@ -1,5 +1,7 @@
 // How a GuiTree follows the active view.
 
+#include <algorithm>
+
 #include "facade/Pin.h"
 #include "facade/ShapeViewObserver.h"
 #include "guitree/GuiTree.h"
@@ -9,6 +11,25 @@
 #include "zelk/ShapeView.h"
 
 namespace guitree {
+namespace {
+
+[[nodiscard]] dg::Color ReadAssocHlightColor(zelk::View& view)
+{
+  bool ignoredSwitch = false;
+  dg::Color ignoredColor(0.0F, 0.0F, 0.0F, 1.0F);
+  dg::Color color(0.0F, 0.0F, 0.0F, 1.0F);
+  view.GetHighlightSettings(ignoredSwitch, ignoredSwitch, ignoredSwitch, ignoredColor, ignoredColor, color);
+  return color;
+}
+
+[[nodiscard]] unsigned int CutToByte(float component)
+{
+  // Written so that a component that is no number reads as 0.
+  const float inRange = component > 0.0F ? std::min(component, 1.0F) : 0.0F;
+  return static_cast<unsigned int>(inRange * 255.0F);
+}
+
+}  // namespace
 
 void GuiTree::OnViewRemoved(const du::SmartPtr<zelk::View>& view)
 {
@@ -20,6 +41,7 @@ void GuiTree::OnViewRemoved(const du::SmartPtr<zelk::View>& view)
 void GuiTree::OnActiveViewChanged(const du::SmartPtr<zelk::View>& view)
 {
   const Pin self(this);
+  // The state that is current when the change begins sees it to its end.
   const du::SmartPtr<TreeStateBase> state = treeState;
   du::SmartPtr<zelk::View> newView = view;
   if (!state || !guiInterface->IsValidView(newView)) {
@@ -30,7 +52,7 @@ void GuiTree::OnActiveViewChanged(const du::SmartPtr<zelk::View>& view)
     return;
   }
   bool reload = state->ReloadOnViewChange(newView);
-  if (_FollowTreeOf(newView)) {
+  if (_FollowTreeOf(newView, *state)) {
     reload = true;
   }
   _ReleaseShapeViewObserver();
@@ -40,57 +62,56 @@ void GuiTree::OnActiveViewChanged(const du::SmartPtr<zelk::View>& view)
   const bool wasClashReport = oldView && oldView->IsATypeOf(zelk::ClashReportView::CLASS_TYPE);
   currentView = newView;
   _SetupSelMgr(false);
-  structure_utils::TreeFilterInfoBase& newFilter = state->GetFilter(newView);
+  const du::SmartPtr<zelk::View> boundView = currentView;
+  structure_utils::TreeFilterInfoBase& newFilter = state->GetFilter(boundView);
   guiInterface->CurrentViewChanged();
   guiInterface->UpdateFilterUI();
   const bool hadLog = currentLog != nullptr;
   currentLog = nullptr;
-  du::SmartPtr<zelk::Scene> scene;
-  // The member, since a host may have changed the view again from inside one of the two calls.
-  if (const du::SmartPtr<zelk::View> followed = currentView) {
-    followed->GetScene(scene);
-    _FollowSceneOf(followed, scene);
-    assocHlightColor = _ReadAssocHlightColor().GetAsHexUI();
-    if (treeState) {
-      treeState->OnAssocHlightColorChange();
-    }
-  }
+  const du::SmartPtr<zelk::Scene> scene = _FollowSceneOfCurrentView(*state);
   guiInterface->ViewChangeUpdaeFilterUI();
   const bool isOtherFilter = &oldFilter != &newFilter && (oldFilter.IsFiltering(false) || newFilter.IsFiltering(false));
   if (reload || newFilter.IsFilteringUsingView() || isOtherFilter) {
-    _RefillForView();
+    _RefillForView(*state);
   } else {
-    _RefreshForView(newView, scene, hadLog, wasClashReport);
+    _RefreshForView(*state, newView, scene, hadLog, wasClashReport);
   }
 }
 
-bool GuiTree::_FollowTreeOf(const du::SmartPtr<zelk::View>& view)
+bool GuiTree::_FollowTreeOf(const du::SmartPtr<zelk::View>& view, TreeStateBase& state)
 {
-  const du::SmartPtr<TreeStateBase> state = treeState;
-  const du::SmartPtr<zelk::BaseTree> tree = state->Initialise_GetZelkTree(view);
-  if (tree == baseTree || !state->IsCompatibleViewType(view)) {
+  const du::SmartPtr<zelk::BaseTree> tree = state.Initialise_GetZelkTree(view);
+  if (tree == baseTree || !state.IsCompatibleViewType(view)) {
     return false;
   }
   Reset();
-  baseTree = state->Initialise_GetZelkTree(view);
-  state->CreateAndRegisterTreeObserver();
+  baseTree = state.Initialise_GetZelkTree(view);
+  state.CreateAndRegisterTreeObserver();
   return true;
 }
 
-void GuiTree::_FollowSceneOf(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene)
+du::SmartPtr<zelk::Scene> GuiTree::_FollowSceneOfCurrentView(TreeStateBase& state)
 {
-  // A view without a scene is no reason not to listen to it.
-  if (scene && treeState && !treeState->IsCompatibleShapeSceneType(scene)) {
-    return;
+  // A host may have changed the view again from inside this change: that one's observer goes as well.
+  _ReleaseShapeViewObserver();
+  du::SmartPtr<zelk::Scene> scene;
+  const du::SmartPtr<zelk::View> view = currentView;
+  if (!view) {
+    return scene;
   }
-  _ListenToView(view);
-  currentLog = _FindLog(scene);
+  view->GetScene(scene);
+  // A view without a scene is no reason not to listen to it.
+  if (!scene || state.IsCompatibleShapeSceneType(scene)) {
+    _ListenToView(view);
+    currentLog = _FindLog(scene);
+  }
+  assocHlightColor = ReadAssocHlightColor(*view).GetAsHexUI();
+  state.OnAssocHlightColorChange();
+  return scene;
 }
 
 void GuiTree::_ListenToView(const du::SmartPtr<zelk::View>& view)
 {
-  // A view change from inside this one may have left its own observer.
-  _ReleaseShapeViewObserver();
   if (!view->IsATypeOf(zelk::ShapeView::CLASS_TYPE)) {
     return;
   }
@@ -120,58 +141,44 @@ void GuiTree::_ReleaseShapeViewObserver()
   }
 }
 
-void GuiTree::_RefillForView()
+void GuiTree::_RefillForView(TreeStateBase& state)
 {
   guiInterface->CheckListTypeCorrect();
   guiInterface->LoadSortingPrefs();
-  if (treeState) {
-    treeState->PopulateTree(false);
-  }
+  state.PopulateTree(false);
   guiInterface->UpdateStatusBar();
   _RepaintCurrentLog();
 }
 
-void GuiTree::_RefreshForView(const du::SmartPtr<zelk::View>& view, const du::SmartPtr<zelk::Scene>& scene, bool hadLog,
-                              bool wasClashReport)
+void GuiTree::_RefreshForView(TreeStateBase& state, const du::SmartPtr<zelk::View>& view,
+                              const du::SmartPtr<zelk::Scene>& scene, bool hadLog, bool wasClashReport)
 {
   guiInterface->UpdateStatusBar();
-  if (hadLog || currentLog || (treeState && treeState->GetNeedsUpdate(scene))) {
-    if (currentLog) {
-      _RepaintCurrentLog();
-      _ClearCurrentChanges();
-    } else {
-      guiInterface->UpdateVisAndTypeIcons(nullptr, nullptr);
-    }
+  if (currentLog) {
+    const du::SmartPtr<zelk::Scene> delivered = currentLog->GetScene();
+    _RepaintCurrentLog();
+    _ClearChangesOf(delivered);
+  } else if (hadLog || state.GetNeedsUpdate(scene)) {
+    guiInterface->UpdateVisAndTypeIcons(nullptr, nullptr);
   }
   guiInterface->RefreshSelection();
-  if (treeState) {
-    treeState->RefreshAssocHlights();
-  }
+  state.RefreshAssocHlights();
   guiInterface->PostOnActiveViewChanged(view, wasClashReport);
 }
 
 void GuiTree::OnUpdateAssocHlightColor()
 {
-  if (!currentView) {
+  const du::SmartPtr<zelk::View> view = currentView;
+  if (!view) {
     return;
   }
   const Pin self(this);
-  const dg::Color color = _ReadAssocHlightColor();
-  const auto toByte = [](float component) { return static_cast<unsigned int>(component * 255.0F); };
+  const dg::Color color = ReadAssocHlightColor(*view);
   // Blue, green, red below a byte of 1: hosts compare the value with itself, and this is the form they know.
-  assocHlightColor = ((toByte(color.blue) | 0x100U) << 8 | toByte(color.green)) << 8 | toByte(color.red);
-  if (treeState) {
-    treeState->OnAssocHlightColorChange();
+  assocHlightColor = ((CutToByte(color.blue) | 0x100U) << 8 | CutToByte(color.green)) << 8 | CutToByte(color.red);
+  if (const du::SmartPtr<TreeStateBase> state = treeState) {
+    state->OnAssocHlightColorChange();
   }
-}
-
-dg::Color GuiTree::_ReadAssocHlightColor() const
-{
-  bool ignoredSwitch = false;
-  dg::Color ignoredColor(0.0F, 0.0F, 0.0F, 1.0F);
-  dg::Color color(0.0F, 0.0F, 0.0F, 1.0F);
-  currentView->GetHighlightSettings(ignoredSwitch, ignoredSwitch, ignoredSwitch, ignoredColor, ignoredColor, color);
-  return color;
 }
 
 }  // namespace guitree

@@ -2,7 +2,6 @@
 
 #include "facade/LiveGuiTree.h"
 #include "guitree/GuiInterface.h"
-#include "guitree/TreeStateBase.h"
 
 namespace guitree {
 
@@ -10,8 +9,8 @@ void SelectionObserver::OnInsertItems(std::vector<du::SmartPtr<zelk::Object>>& i
 {
   const Pin self(this);
   const LiveGuiTree tree(guiTree);
-  if (tree && tree->GetTreeState()) {
-    tree->GetTreeState()->OnInsertItems(items);
+  if (const auto state = tree.GetState()) {
+    state->OnInsertItems(items);
   }
 }
 
@@ -19,8 +18,8 @@ void SelectionObserver::OnRemoveItems(std::vector<du::SmartPtr<zelk::Object>>& i
 {
   const Pin self(this);
   const LiveGuiTree tree(guiTree);
-  if (tree && tree->GetTreeState()) {
-    tree->GetTreeState()->OnRemoveItems(items);
+  if (const auto state = tree.GetState()) {
+    state->OnRemoveItems(items);
   }
 }
 
@@ -28,8 +27,8 @@ void SelectionObserver::OnClearSelection()
 {
   const Pin self(this);
   const LiveGuiTree tree(guiTree);
-  if (tree && tree->GetTreeState()) {
-    tree->GetTreeState()->OnClearSelection();
+  if (const auto state = tree.GetState()) {
+    state->OnClearSelection();
   }
 }
 
@@ -41,8 +40,8 @@ void SelectionObserver::OnBeginUpdate()
     return;
   }
   tree->GetGuiInterface()->StartTreeUpdate();
-  if (tree && tree->GetTreeState()) {
-    tree->GetTreeState()->OnBeginUpdate();
+  if (const auto state = tree.GetState()) {
+    state->OnBeginUpdate();
   }
 }
 
@@ -53,8 +52,8 @@ void SelectionObserver::OnEndUpdate()
   if (!tree) {
     return;
   }
-  if (tree->GetTreeState()) {
-    tree->GetTreeState()->OnEndUpdate();
+  if (const auto state = tree.GetState()) {
+    state->OnEndUpdate();
   }
   // A callback may have torn the binding down, or ended the tree: the bracket that was opened is closed all the same.
   if (tree) {

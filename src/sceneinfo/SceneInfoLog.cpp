@@ -100,13 +100,15 @@ bool SceneInfoLog::SetVisible(zelk::BaseInstance* instance, VisibleState state)
 
 void SceneInfoLog::SetVisible(zelk::BaseInstance* instance, ECompVisible visible, bool propagate)
 {
-  // The holder of the level at work: a parent lives only as long as somebody holds it.
-  du::SmartPtr<zelk::BaseInstance> level(instance);
-  while (level && SetVisible(level.Get(), _WorkOutState(*level, visible)) && propagate) {
-    du::SmartPtr<zelk::BaseInstance> parent;
-    level->GetBaseParent(parent);
-    level = parent;
-    visible = IsCompVisible(level);
+  du::SmartPtr<zelk::BaseInstance> parent;
+  zelk::BaseInstance* level = instance;
+  while (level && SetVisible(level, _WorkOutState(*level, visible)) && propagate) {
+    du::SmartPtr<zelk::BaseInstance> next;
+    level->GetBaseParent(next);
+    // Held from here on: a parent lives only as long as somebody holds it.
+    parent = next;
+    level = parent.Get();
+    visible = IsCompVisible(parent);
   }
 }
 

@@ -1,7 +1,5 @@
 #include "sceneinfo/ShapeSceneObserver.h"
 
-#include <utility>
-
 #include "facade/LiveGuiTree.h"
 
 namespace guitree {
@@ -22,10 +20,10 @@ void ShapeSceneObserver::OnEndUpdate()
   const Pin self(this);
   const LiveGuiTree tree(guiTree);
   const du::SmartPtr<zelk::ShapeScene> ownScene = scene;
-  const bool isFull = std::exchange(changed, false);
   if (tree) {
-    tree->OnShapeSceneEndUpdate(ownScene, isFull);
+    tree->OnShapeSceneEndUpdate(ownScene, changed);
   }
+  changed = false;
 }
 
 void ShapeSceneObserver::OnShapeInstanceCreate(const du::SmartPtr<zelk::ShapeInstance>& instance)

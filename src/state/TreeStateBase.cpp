@@ -19,7 +19,7 @@ constexpr dp::ZelTracer s_tracer("guitree", "TreeStateBase");
 }  // namespace
 
 TreeStateBase::TreeStateBase(GuiTree& tree)
-    : guiTree(tree), filterObserver(du::MakeSmart<FilterObserver>(this)), livingGuiTree(tree.GetLiveness())
+    : guiTree(tree), filterObserver(du::MakeSmart<FilterObserver>(this)), m_livingGuiTree(tree.GetLiveness())
 {
   guiTree.GetTreeController()->AddObserver(filterObserver);
 }
@@ -267,7 +267,11 @@ void TreeStateBase::Reset()
 
 void TreeStateBase::GetSelectedComps(std::set<du::SmartPtr<zelk::BaseInstance>>& out, bool withDescendents)
 {
-  const du::SmartPtr<TreeSelectionController> selController = _HasGuiTree() ? GetSelController(false) : nullptr;
+  if (!_HasGuiTree()) {
+    return;
+  }
+  const Pins pins(this, &guiTree);
+  const du::SmartPtr<TreeSelectionController> selController = GetSelController(false);
   if (!selController) {
     return;
   }
@@ -301,7 +305,11 @@ SceneInfoLog* TreeStateBase::GetLog(const du::SmartPtr<zelk::ShapeScene>& scene)
 
 bool TreeStateBase::IsFiltered()
 {
-  return _HasGuiTree() && _GetCurrentFilter().IsFiltering(false);
+  if (!_HasGuiTree()) {
+    return false;
+  }
+  const Pins pins(this, &guiTree);
+  return _GetCurrentFilter().IsFiltering(false);
 }
 
 bool TreeStateBase::CheckAndUpdateNodeNameAndType(const du::SmartPtr<zelk::BaseInstance>& instance)

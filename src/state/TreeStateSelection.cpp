@@ -24,44 +24,44 @@ void TreeStateBase::OnBeginUpdate() {}
 
 void TreeStateBase::OnEndUpdate()
 {
-  if (!_HasGuiTree() || !_IsFilteringSelectionDynamically()) {
+  if (!_HasGuiTree()) {
     return;
   }
   const Pins pins(this, &guiTree);
-  if (!_DeferSelectionUpdate()) {
+  if (_IsFilteringSelectionDynamically() && !_DeferSelectionUpdate()) {
     PopulateTree(true);
   }
 }
 
 void TreeStateBase::OnInsertItems(std::vector<du::SmartPtr<zelk::Object>>& items)
 {
-  if (!_HasGuiTree() || _IsFilteringSelectionDynamically()) {
+  if (!_HasGuiTree()) {
     return;
   }
   const Pins pins(this, &guiTree);
-  if (!_DeferSelectionUpdate()) {
+  if (!_IsFilteringSelectionDynamically() && !_DeferSelectionUpdate()) {
     _Gui().SelectItems(items);
   }
 }
 
 void TreeStateBase::OnRemoveItems(std::vector<du::SmartPtr<zelk::Object>>& items)
 {
-  if (!_HasGuiTree() || _IsFilteringSelectionDynamically()) {
+  if (!_HasGuiTree()) {
     return;
   }
   const Pins pins(this, &guiTree);
-  if (!_DeferSelectionUpdate()) {
+  if (!_IsFilteringSelectionDynamically() && !_DeferSelectionUpdate()) {
     _Gui().DeselectItems(items);
   }
 }
 
 void TreeStateBase::OnClearSelection()
 {
-  if (!_HasGuiTree() || _IsFilteringSelectionDynamically()) {
+  if (!_HasGuiTree()) {
     return;
   }
   const Pins pins(this, &guiTree);
-  if (!_DeferSelectionUpdate()) {
+  if (!_IsFilteringSelectionDynamically() && !_DeferSelectionUpdate()) {
     _Gui().ClearSelection();
   }
 }
