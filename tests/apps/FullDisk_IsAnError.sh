@@ -1,5 +1,7 @@
 # usage: FullDisk_IsAnError.sh SHOW FILE
 set -u
+# As in RunShow.cmake.
+export ASAN_OPTIONS="${ASAN_OPTIONS:-}:fast_unwind_on_malloc=0:malloc_context_size=10"
 message=$("$1" "$2" 2>&1 > /dev/full)
 code=$?
 

@@ -2,6 +2,10 @@
 # With GUITREE_UPDATE_EXPECTED in the environment what came becomes what is expected.
 cmake_policy(VERSION 3.25)
 
+# Open CASCADE is built without frame pointers: only the slow way to walk the stack, here a short one, reaches the names that
+# tests/leaks.supp lists.
+set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:fast_unwind_on_malloc=0:malloc_context_size=10")
+
 string(REPLACE "|" ";" ARGS "${ARGS}")
 execute_process(
   COMMAND "${SHOW}" ${ARGS}
