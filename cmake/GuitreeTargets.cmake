@@ -91,11 +91,15 @@ endfunction()
 function(guitree_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;LABELS")
   guitree_add_executable(${name} SOURCES ${arg_SOURCES} LINK ${arg_LINK} GTest::gmock GTest::gtest_main)
+  set(properties TIMEOUT 300)
+  if(arg_LABELS)
+    list(PREPEND properties LABELS "${arg_LABELS}")
+  endif()
   gtest_discover_tests(
     ${name}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 120
-    PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 300)
+    PROPERTIES ${properties})
   if("threads" IN_LIST arg_LABELS)
     add_dependencies(guitree_thread_tests ${name})
   endif()
