@@ -6,6 +6,7 @@
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include <malloc.h>
 
@@ -38,23 +39,35 @@ void KeepMemory()
   return std::clamp<std::size_t>(s_things / count, 7, 51);
 }
 
-void Report(benchmark::State& state, Figures figures, std::size_t count, double& lastCostOfEach)
-{
-  const double seconds = figures.extract(s_seconds).mapped();
-  for ([[maybe_unused]] auto _ : state) {
-    state.SetIterationTime(seconds);
+class CountedBenchmark final : public benchmark::internal::Benchmark {
+public:
+  CountedBenchmark(const std::string& name, CountedRun run) : Benchmark(name.c_str()), m_run(std::move(run)) {}
+
+  void Run(benchmark::State& state) override
+  {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    Figures figures = MeasureInChild([&] { return m_run(count); });
+    const double seconds = figures.extract(s_seconds).mapped();
+    for ([[maybe_unused]] auto _ : state) {
+      state.SetIterationTime(seconds);
+    }
+    const double costOfEach = seconds / static_cast<double>(count);
+    figures["ns_each"] = costOfEach * s_nanoseconds;
+    if (m_lastCostOfEach > 0) {
+      figures["x_smaller"] = costOfEach / m_lastCostOfEach;
+    }
+    m_lastCostOfEach = costOfEach;
+    for (const auto& [name, value] : figures) {
+      state.counters[name] = value;
+    }
+    state.SetComplexityN(state.range(0));
   }
-  const double costOfEach = seconds / static_cast<double>(count);
-  figures["ns_each"] = costOfEach * s_nanoseconds;
-  if (lastCostOfEach > 0) {
-    figures["x_smaller"] = costOfEach / lastCostOfEach;
-  }
-  lastCostOfEach = costOfEach;
-  for (const auto& [name, value] : figures) {
-    state.counters[name] = value;
-  }
-  state.SetComplexityN(static_cast<benchmark::IterationCount>(count));
-}
+
+private:
+  CountedRun m_run;
+  /// Of the count before; 0 at the first.
+  double m_lastCostOfEach = 0;
+};
 
 }  // namespace
 
@@ -97,11 +110,9 @@ Figures RunRounds(std::size_t count, const Round& round)
 
 void Register(const std::string& name, const std::vector<std::int64_t>& counts, const CountedRun& run)
 {
-  const auto lastCostOfEach = std::make_shared<double>(0);
-  auto* benchmark = benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-    const auto count = static_cast<std::size_t>(state.range(0));
-    Report(state, MeasureInChild([&] { return run(count); }), count, *lastCostOfEach);
-  });
+  auto* benchmark =
+      benchmark::internal::RegisterBenchmarkInternal(std::make_unique<CountedBenchmark>(name, run).release());
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns what is registered
   for (const std::int64_t count : counts) {
     benchmark->Arg(count);
   }
