@@ -110,9 +110,9 @@ Figures RunRounds(std::size_t count, const Round& round)
 
 void Register(const std::string& name, const std::vector<std::int64_t>& counts, const CountedRun& run)
 {
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns what is registered
   auto* benchmark =
       benchmark::internal::RegisterBenchmarkInternal(std::make_unique<CountedBenchmark>(name, run).release());
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns what is registered
   for (const std::int64_t count : counts) {
     benchmark->Arg(count);
   }
