@@ -21,11 +21,11 @@ public:
   {
     Branch branch = _Take(m_top, instance);
     branch.instance = &instance;
-    const TestInstance* above = instance.parent;
-    while (above && !_Find(m_top, *above)) {
-      above = above->parent;
+    Branch* place = nullptr;
+    for (const TestInstance* above = instance.parent; above && !place; above = above->parent) {
+      place = _Find(m_top, *above);
     }
-    (above ? *_Find(m_top, *above) : m_top).children.push_back(std::move(branch));
+    (place ? *place : m_top).children.push_back(std::move(branch));
   }
 
   void Remove(const TestInstance& instance) { static_cast<void>(_Take(m_top, instance)); }
