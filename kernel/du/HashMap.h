@@ -46,8 +46,7 @@ class HashMap {
     // clang-format off
     template <bool OtherIsConst>
       requires(IsConst && !OtherIsConst)
-    Iterator(const Iterator<OtherIsConst>& other)
-    noexcept  // NOLINT(google-explicit-constructor): as for pointers
+    Iterator(const Iterator<OtherIsConst>& other) noexcept  // NOLINT(google-explicit-constructor): as for pointers
         : m_node(other.m_node)
     {
     }

@@ -72,16 +72,16 @@ public:
   // clang-format off
   template <typename U>
     requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)
-  SmartPtr(const SmartPtr<U>& other)
-      : m_object(other.Get())  // NOLINT(google-explicit-constructor): as for raw pointers
+  SmartPtr(const SmartPtr<U>& other)  // NOLINT(google-explicit-constructor): as for raw pointers
+      : m_object(other.Get())
   {
     _Acquire();
   }
 
   template <typename U>
     requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)
-  SmartPtr(SmartPtr<U>&& other)
-  noexcept : m_object(other._Detach())  // NOLINT(google-explicit-constructor)
+  SmartPtr(SmartPtr<U>&& other) noexcept  // NOLINT(google-explicit-constructor): as for raw pointers
+      : m_object(other._Detach())
   {
   }
   // clang-format on
