@@ -4,6 +4,8 @@
 #include "du/HashMap.h"
 #include "du/Symbol.h"
 #include "guitree/GuiInterface.h"
+#include "guitree/GuiTree.h"
+#include "guitree/SceneInfoLog.h"
 
 namespace {
 
@@ -32,13 +34,15 @@ private:
 int main()
 {
   Host host;
-  guitree::GuiInterface& panel = host;
+  const auto panel = du::MakeSmart<guitree::GuiTree>(nullptr);
+  panel->SetGuiInterface(&host);
+  panel->Initialise(nullptr);
   ChangeMap changes;
   changes[nullptr] = 1;
 
-  panel.StartTreeUpdate();
-  panel.UpdateVisAndTypeIconChanges(nullptr, &changes, nullptr, nullptr);
-  panel.FinishTreeUpdate();
+  panel->GetGuiInterface()->UpdateVisAndTypeIconChanges(nullptr, &changes, nullptr, nullptr);
+  panel->Close();
 
-  return host.GetChanges() == 1 && du::Symbol("wheel") == "wheel" ? EXIT_SUCCESS : EXIT_FAILURE;
+  const bool isFed = host.GetChanges() == 1 && panel->GetCurrentLog() == nullptr;
+  return isFed && du::Symbol("wheel") == "wheel" ? EXIT_SUCCESS : EXIT_FAILURE;
 }
