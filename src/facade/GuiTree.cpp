@@ -42,6 +42,9 @@ GuiTree::GuiTree(const GuiTree& other)
 
 GuiTree& GuiTree::operator=(const GuiTree& other)
 {
+  if (this == &other) {
+    return *this;
+  }
   currentLog = other.currentLog;
   baseTree = other.baseTree;
   world = other.world;

@@ -26,7 +26,9 @@ void GuiTree::OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene)
 {
   const Pin self(this);
   const du::SmartPtr<TreeStateBase> state = treeState;
-  const du::SmartPtr<zelk::Scene> added = scene;
+  // A copy, since the host may let go of the argument meanwhile.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+  const du::SmartPtr<zelk::Scene> added(scene);
   if (!added || !state) {
     return;
   }
@@ -65,7 +67,9 @@ void GuiTree::OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene)
 {
   const Pin self(this);
   const du::SmartPtr<TreeStateBase> state = treeState;
-  const du::SmartPtr<zelk::Scene> removed = scene;
+  // A copy, since the host may let go of the argument meanwhile.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+  const du::SmartPtr<zelk::Scene> removed(scene);
   const auto entry = sceneLogs.find(removed);
   if (entry == sceneLogs.end()) {
     return;
@@ -136,7 +140,9 @@ void GuiTree::OnUnsyncInstances(bool unsynced)
 void GuiTree::OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene, bool full)
 {
   const Pin self(this);
-  const du::SmartPtr<zelk::ShapeScene> delivered = scene;
+  // A copy, since the host may let go of the argument meanwhile.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+  const du::SmartPtr<zelk::ShapeScene> delivered(scene);
   if (!currentLog || currentLog->GetShapeScene() != delivered) {
     return;
   }

@@ -37,7 +37,6 @@ public:
   du::SmartPtr<zelloader::Loader> GetLoader() override;
   du::SmartPtr<zelk::Shape> CreateShape(bool canBeLoaded) override;
 
-
 private:
   const du::SmartPtr<memkernel::World> m_world;
   std::map<std::string, du::SmartPtr<memkernel::Product>> m_products;

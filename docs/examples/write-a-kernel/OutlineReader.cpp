@@ -40,8 +40,8 @@ const du::SmartPtr<memkernel::Product>& OutlineReader::GetProduct(const std::str
     const auto load = [](memkernel::LoadContext& context) {
       return context.IsCanceled() ? zelk::ShapeDataNone : zelk::ShapeDataLoaded;
     };
-    product = m_tree.CreateProduct({.name = du::Symbol(std::string_view(name)),
-                                    .shape = du::MakeSmart<memkernel::Shape>(load)});
+    product = m_tree.CreateProduct(
+        {.name = du::Symbol(std::string_view(name)), .shape = du::MakeSmart<memkernel::Shape>(load)});
   }
   return product;
 }
