@@ -4,7 +4,8 @@
 
 namespace testsupport {
 
-Panel::Panel(std::string_view treeText) : kernel(treeText)
+Panel::Panel(std::string_view treeText, const du::SmartPtr<dom::ManagedObject>& manager)
+    : kernel(treeText), gui(du::MakeSmart<guitree::GuiTree>(manager))
 {
   state->baseTree = kernel.Get();
   world->tree = kernel.Get();

@@ -16,7 +16,8 @@ namespace testsupport {
 /// and nothing recorded at the start.
 class Panel {
 public:
-  explicit Panel(std::string_view treeText);
+  /// `manager` goes to the constructor of the panel.
+  explicit Panel(std::string_view treeText, const du::SmartPtr<dom::ManagedObject>& manager = nullptr);
 
   /// As a host does it, with a world of this tree; what was recorded on the way is forgotten.
   void Initialise();
@@ -29,7 +30,7 @@ public:
   NamedTree kernel;
   RecordingHost host;
   du::SmartPtr<PlainWorld> world = du::MakeSmart<PlainWorld>();
-  du::SmartPtr<guitree::GuiTree> gui = du::MakeSmart<guitree::GuiTree>(nullptr);
+  du::SmartPtr<guitree::GuiTree> gui;
   du::SmartPtr<ScriptedTreeState> state = du::MakeSmart<ScriptedTreeState>(*gui);
 };
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "dg/Color.h"
+#include "du/Symbol.h"
 #include "zelk/ClashReportView.h"
 #include "zelk/Observer.h"
 #include "zelk/ShapeScene.h"
@@ -42,13 +44,18 @@ public:
   std::vector<std::string> calls;
   /// Null while nobody is registered.
   zelk::ShapeSceneObserver* observer = nullptr;
+  /// What a registration with replay brings before it returns.
+  std::function<void(zelk::ShapeSceneObserver&)> replay;
 
   void GetSelectionManager(du::SmartPtr<zelk::SelectionManager>& out) const override { out = selectionManager; }
-  bool RegisterObserver(zelk::ShapeSceneObserver& newObserver, du::Flags what, bool replay) override
+  bool RegisterObserver(zelk::ShapeSceneObserver& newObserver, du::Flags what, bool withReplay) override
   {
-    calls.push_back("RegisterObserver(" + std::to_string(what.GetBits()) + (replay ? ", replay)" : ")"));
+    calls.push_back("RegisterObserver(" + std::to_string(what.GetBits()) + (withReplay ? ", replay)" : ")"));
     observer = &newObserver;
     newObserver.AddRegistration();
+    if (withReplay && replay) {
+      replay(newObserver);
+    }
     return true;
   }
   bool UnregisterObserver(zelk::ShapeSceneObserver& oldObserver) override
@@ -68,6 +75,7 @@ public:
 
 /// What the views of the tests have in common.
 struct ViewSettings {
+  du::Symbol name;
   du::SmartPtr<zelk::Scene> scene;
   dg::Color assocHighlight{1.0F, 0.5F, 0.25F, 1.0F};
 
@@ -85,6 +93,7 @@ class PlainViewOf : public Base {
 public:
   ViewSettings settings;
 
+  [[nodiscard]] du::Symbol GetObjectName() const override { return settings.name; }
   void GetScene(du::SmartPtr<zelk::Scene>& out) const override { out = settings.scene; }
   void GetHighlightSettings(bool& showSelection, bool& showHighlight, bool& showAssocHighlight, dg::Color& selection,
                             dg::Color& highlight, dg::Color& assocHighlight) override
@@ -108,12 +117,17 @@ public:
   std::vector<std::string> calls;
   /// Null while nobody is registered.
   zelk::ShapeViewObserver* observer = nullptr;
+  /// What a registration with replay brings before it returns.
+  std::function<void(zelk::ShapeViewObserver&)> replay;
 
-  bool RegisterObserver(zelk::ShapeViewObserver& newObserver, bool replay) override
+  bool RegisterObserver(zelk::ShapeViewObserver& newObserver, bool withReplay) override
   {
-    calls.emplace_back(replay ? "RegisterObserver(replay)" : "RegisterObserver()");
+    calls.emplace_back(withReplay ? "RegisterObserver(replay)" : "RegisterObserver()");
     observer = &newObserver;
     newObserver.AddRegistration();
+    if (withReplay && replay) {
+      replay(newObserver);
+    }
     return true;
   }
   bool UnregisterObserver(zelk::ShapeViewObserver& oldObserver) override

@@ -10,6 +10,7 @@ public:
   bool isFiltering = false;
   bool dynamicUpdate = false;
   bool filteringSel = false;
+  bool filteringUsingView = false;
 
   [[nodiscard]] TreeFilterInfoBase* Duplicate() override { return new ScriptedFilter(*this); }
   [[nodiscard]] bool IsFiltering(bool /*withHidden*/) const override { return isFiltering; }
@@ -35,7 +36,7 @@ public:
   [[nodiscard]] bool GetFilteringVis() override { return false; }
   [[nodiscard]] bool GetFilteringIssues() override { return false; }
   [[nodiscard]] bool GetNotSyncPartsStatus() const override { return false; }
-  [[nodiscard]] bool IsFilteringUsingView() override { return false; }
+  [[nodiscard]] bool IsFilteringUsingView() override { return filteringUsingView; }
   [[nodiscard]] bool GetSortDirection() const override { return true; }
   [[nodiscard]] bool GetMatchCase() const override { return false; }
   [[nodiscard]] bool GetMatchWholeWord() const override { return false; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <list>
 
 #include "guitree/GuiInterface.h"
@@ -25,10 +26,15 @@ public:
   du::SmartPtr<zelk::View> csSchView;
   /// What the last `SetSceneManagerObserver` brought.
   du::SmartPtr<SceneManagerObserver> sceneManagerObserver;
+  /// Runs inside `SetSceneManagerObserver`, with the new observer in place.
+  std::function<void()> onSceneManagerObserver;
 
   void SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer) override
   {
     sceneManagerObserver = observer;
+    if (onSceneManagerObserver) {
+      onSceneManagerObserver();
+    }
   }
   void UpdateVisAndTypeIconChanges(const du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>* /*visibleMap*/,
                                    const du::HashMap<const zelk::BaseInstance*, int>* /*visibleChangeMap*/,

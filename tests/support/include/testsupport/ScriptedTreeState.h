@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -20,7 +21,12 @@ public:
   explicit ScriptedTreeState(guitree::GuiTree& tree) : TreeStateBase(tree) {}
   ScriptedTreeState(const ScriptedTreeState&) = default;
   ScriptedTreeState& operator=(const ScriptedTreeState&) = delete;
-  ~ScriptedTreeState() override = default;
+  ~ScriptedTreeState() override
+  {
+    if (onEnd) {
+      onEnd();
+    }
+  }
 
   du::SmartPtr<zelk::BaseTree> baseTree;
   du::SmartPtr<ScriptedSelectionController> selController;
@@ -41,14 +47,30 @@ public:
   std::vector<std::string> calls;
   /// The log that the last scene event was for.
   guitree::SceneInfoLog* lastLog = nullptr;
+  /// What `GetSelController` was asked with, in order.
+  mutable std::vector<bool> selControllerQuestions;
+  /// The scenes that `GetNeedsUpdate` was asked for, in order.
+  mutable std::vector<du::SmartPtr<zelk::Scene>> needsUpdateQuestions;
+  /// The scenes that `IsTooltipsUpdateNeeded` was asked for, in order.
+  mutable std::vector<du::SmartPtr<zelk::Scene>> tooltipsQuestions;
+  /// The scenes that icons were asked for, in order.
+  std::vector<du::SmartPtr<zelk::Scene>> iconQuestions;
+  /// Makes the logs; without it they are plain ones.
+  std::function<guitree::SceneInfoLog*()> makeSceneInfoLog;
+  /// Runs inside every operation that is written down, after that, and inside `GetFilter` before it answers: a test
+  /// calls the library again from here.
+  std::function<void(const std::string& call)> onCall;
+  /// Runs first of all when the state ends.
+  std::function<void()> onEnd;
 
   du::SmartPtr<zelk::BaseTree> Initialise_GetZelkTree(const du::SmartPtr<zelk::View>& view) override
   {
-    calls.emplace_back(view ? "Initialise_GetZelkTree(view)" : "Initialise_GetZelkTree(null)");
+    _Note(view ? "Initialise_GetZelkTree(view)" : "Initialise_GetZelkTree(null)");
     return baseTree;
   }
-  [[nodiscard]] du::SmartPtr<guitree::TreeSelectionController> GetSelController(bool /*forRows*/) const override
+  [[nodiscard]] du::SmartPtr<guitree::TreeSelectionController> GetSelController(bool forRows) const override
   {
+    selControllerQuestions.push_back(forRows);
     return selController;
   }
   [[nodiscard]] bool HaveSelController() const override { return static_cast<bool>(selController); }
@@ -56,27 +78,34 @@ public:
   {
     return false;
   }
-  void CreateAndRegisterTreeObserver() override { calls.emplace_back("CreateAndRegisterTreeObserver()"); }
-  void DeregisterTreeObserver() override { calls.emplace_back("DeregisterTreeObserver()"); }
+  void CreateAndRegisterTreeObserver() override { _Note("CreateAndRegisterTreeObserver()"); }
+  void DeregisterTreeObserver() override { _Note("DeregisterTreeObserver()"); }
   [[nodiscard]] bool IsInstLoaded(const zelk::BaseInstance* instance) override { return loaded.contains(instance); }
   [[nodiscard]] guitree::SceneInfoLog* CreateSceneInfoLog() override
   {
-    return new guitree::SceneInfoLog(&GetGuiTree());
+    return makeSceneInfoLog ? makeSceneInfoLog() : new guitree::SceneInfoLog(&GetGuiTree());
   }
   [[nodiscard]] int GetUnloadedTypeIcon(const zelk::BaseInstance* /*instance*/,
-                                        const du::SmartPtr<zelk::Scene>& /*scene*/) override
+                                        const du::SmartPtr<zelk::Scene>& scene) override
   {
-    calls.emplace_back("GetUnloadedTypeIcon");
+    iconQuestions.push_back(scene);
+    _Note("GetUnloadedTypeIcon");
     return unloadedTypeIcon;
   }
   [[nodiscard]] structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& view) override
   {
+    _RunHook("GetFilter");
     const auto own = filterOfView.find(view.Get());
     return own != filterOfView.end() ? own->second : filter;
   }
+  void OnBeginUpdate() override
+  {
+    _Note("OnBeginUpdate");
+    TreeStateBase::OnBeginUpdate();
+  }
   void OverrideActiveViewAfterChange(du::SmartPtr<zelk::View>& view) override
   {
-    calls.emplace_back("OverrideActiveViewAfterChange");
+    _Note("OverrideActiveViewAfterChange");
     if (overridingView) {
       view = overridingView;
     }
@@ -93,27 +122,32 @@ public:
   {
     return reloadsOnViewChange;
   }
-  [[nodiscard]] bool GetNeedsUpdate(const du::SmartPtr<zelk::Scene>& /*scene*/) const override { return needsUpdate; }
-  [[nodiscard]] bool IsTooltipsUpdateNeeded(const du::SmartPtr<zelk::Scene>& /*scene*/) const override
+  [[nodiscard]] bool GetNeedsUpdate(const du::SmartPtr<zelk::Scene>& scene) const override
   {
+    needsUpdateQuestions.push_back(scene);
+    return needsUpdate;
+  }
+  [[nodiscard]] bool IsTooltipsUpdateNeeded(const du::SmartPtr<zelk::Scene>& scene) const override
+  {
+    tooltipsQuestions.push_back(scene);
     return needsTooltips;
   }
   bool UpdateSceneInfoLog_OnSceneRemoved(const du::SmartPtr<zelk::Scene>& /*scene*/) override
   {
-    calls.emplace_back("OnSceneRemoved");
+    _Note("OnSceneRemoved");
     return false;
   }
   bool UpdateSceneInfoLog_OnShapeInstanceCreate(guitree::SceneInfoLog* log,
                                                 const du::SmartPtr<zelk::ShapeInstance>& /*shapeInstance*/) override
   {
-    calls.emplace_back("OnShapeInstanceCreate");
+    _Note("OnShapeInstanceCreate");
     lastLog = log;
     return answerToShapeEvents;
   }
   bool UpdateSceneInfoLog_OnShapeInstanceRemove(guitree::SceneInfoLog* log,
                                                 const du::SmartPtr<zelk::ShapeInstance>& /*shapeInstance*/) override
   {
-    calls.emplace_back("OnShapeInstanceRemove");
+    _Note("OnShapeInstanceRemove");
     lastLog = log;
     return answerToShapeEvents;
   }
@@ -121,13 +155,13 @@ public:
                                                     const du::SmartPtr<zelk::ShapeInstance>& /*shapeInstance*/,
                                                     bool visible) override
   {
-    calls.emplace_back(visible ? "OnShapeInstanceVisibility(true)" : "OnShapeInstanceVisibility(false)");
+    _Note(visible ? "OnShapeInstanceVisibility(true)" : "OnShapeInstanceVisibility(false)");
     lastLog = log;
   }
   void UpdateSceneInfoLog_OnInstanceCompared(guitree::SceneInfoLog* log,
                                              const du::SmartPtr<zelk::ShapeInstance>& /*shapeInstance*/) override
   {
-    calls.emplace_back("OnInstanceCompared");
+    _Note("OnInstanceCompared");
     lastLog = log;
   }
   [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override { return hidden.contains(instance); }
@@ -137,6 +171,19 @@ public:
   using TreeStateBase::SetAssocHlight;
   using TreeStateBase::SetBusy;
   using TreeStateBase::UpdateAssocHighlights;
+
+private:
+  void _Note(const std::string& call)
+  {
+    calls.push_back(call);
+    _RunHook(call);
+  }
+  void _RunHook(const std::string& call) const
+  {
+    if (const auto hook = onCall) {
+      hook(call);
+    }
+  }
 };
 
 }  // namespace testsupport
