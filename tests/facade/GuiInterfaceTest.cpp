@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "testsupport/Panel.h"
+#include "testsupport/PlainScenes.h"
 
 namespace {
 
@@ -45,6 +46,9 @@ TEST(GuiInterface, GetViewTypeString_IsUnknownForEveryViewAndForNone)
   const SmallestHost host;
 
   EXPECT_EQ(host.GetViewTypeString(nullptr), "Unknown");
+  EXPECT_EQ(host.GetViewTypeString(du::MakeSmart<testsupport::PlainView>()), "Unknown");
+  EXPECT_EQ(host.GetViewTypeString(du::MakeSmart<testsupport::PlainShapeView>()), "Unknown");
+  EXPECT_EQ(host.GetViewTypeString(du::MakeSmart<testsupport::PlainClashReportView>()), "Unknown");
 }
 
 TEST(GuiInterface, OperationsWithoutAResultMayBeLeftAlone)
