@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+
 #include "testsupport/Panel.h"
 
 namespace {
@@ -103,6 +106,55 @@ TEST_F(TypeIconMapTest, Clear_ForgetsEverythingAndTakesNewEntries)
   icons.Set(Get("b"), 4);
 
   EXPECT_THAT(icons, ElementsAre(Pair(Get("b"), 4)));
+}
+
+using PlainMap = du::HashMap<const zelk::BaseInstance*, int>;
+
+/// How many buckets a map has that was cleared and has three entries now.
+[[nodiscard]] std::size_t CountBucketsOfThree(const std::array<const zelk::BaseInstance*, 3>& keys)
+{
+  PlainMap map;
+  map.clear();
+  for (const zelk::BaseInstance* key : keys) {
+    map.insert_or_assign(key, 0);
+  }
+  return map.bucket_count();
+}
+
+/// Identities without an instance behind them. In a map that was cleared, the third one shares the bucket of the first.
+[[nodiscard]] std::array<const zelk::BaseInstance*, 3> MakeIdentities()
+{
+  static const std::array<std::uint32_t, 100> places{};
+  const auto get = [](std::size_t index) { return reinterpret_cast<const zelk::BaseInstance*>(&places.at(index)); };
+  return {get(0), get(1), get(CountBucketsOfThree({get(0), get(1), get(2)}))};
+}
+
+template <typename Map>
+std::vector<const zelk::BaseInstance*> ListKeys(const Map& map)
+{
+  std::vector<const zelk::BaseInstance*> keys;
+  for (const auto& entry : map) {
+    keys.push_back(entry.first);
+  }
+  return keys;
+}
+
+TEST_F(TypeIconMapTest, Clear_LetsTheBucketArrayStartAnewAtTheCountOfEntries)
+{
+  // The order of the list tells which entries share a bucket.
+  PlainMap fresh;
+  PlainMap cleared;
+  cleared.clear();
+
+  icons.Clear();
+  for (const zelk::BaseInstance* identity : MakeIdentities()) {
+    icons.Set(identity, 0);
+    fresh.insert_or_assign(identity, 0);
+    cleared.insert_or_assign(identity, 0);
+  }
+
+  EXPECT_EQ(ListKeys(icons), ListKeys(cleared));
+  EXPECT_NE(ListKeys(icons), ListKeys(fresh));
 }
 
 TEST_F(TypeIconMapTest, CopiesKeepTheirEntriesAndWhomToAsk)
