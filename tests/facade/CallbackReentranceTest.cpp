@@ -7,6 +7,7 @@
 #include "memkernel/SelectionManager.h"
 #include "testsupport/Panel.h"
 #include "testsupport/PlainScenes.h"
+#include "zelk/ObjectSelectionItem.h"
 
 namespace {
 
@@ -28,9 +29,8 @@ struct Stage {
     scene->selectionManager = selection;
     panel.Initialise();
     panel.state->needsTooltips = true;
-    reports = panel.host.answers.sceneManagerObserver;
-    reports->OnSceneAdded(scene);
-    reports->OnActiveViewChanged(view);
+    GetReports().OnSceneAdded(scene);
+    GetReports().OnActiveViewChanged(view);
     panel.gui->GetLog(scene)->SetVisible(panel.kernel["a"].Get(), guitree::VisibleStateVisible);
     static_cast<void>(panel.host.TakeCalls());
   }
@@ -39,11 +39,16 @@ struct Stage {
   ~Stage()
   {
     panel.host.onCall = nullptr;
-    reports->OnSceneRemoved(scene);
+    GetReports().OnSceneRemoved(scene);
     if (panel.gui) {
       panel.gui->Reset();
       panel.gui->Close();
     }
+  }
+
+  [[nodiscard]] guitree::GuiInterface::SceneManagerObserver& GetReports() const
+  {
+    return *panel.host.answers.sceneManagerObserver;
   }
 
   Panel panel{"root[a]"};
@@ -51,7 +56,6 @@ struct Stage {
   du::SmartPtr<PlainShapeScene> scene = du::MakeSmart<PlainShapeScene>();
   du::SmartPtr<PlainShapeScene> fresh = du::MakeSmart<PlainShapeScene>();
   du::SmartPtr<PlainShapeView> view = MakeView<PlainShapeView>(scene);
-  du::SmartPtr<guitree::GuiInterface::SceneManagerObserver> reports;
 };
 
 struct Callback {
@@ -145,8 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
                                stage.panel.UseSelController()->highlighted = {stage.panel.kernel["a"]};
                                stage.view->observer->OnHighlightColorsChange();
                              }},
-                    Callback{"SceneAdded", [](Stage& stage) { stage.reports->OnSceneAdded(stage.fresh); }},
-                    Callback{"SceneRemoved", [](Stage& stage) { stage.reports->OnSceneRemoved(stage.scene); }},
+                    Callback{"SceneAdded", [](Stage& stage) { stage.GetReports().OnSceneAdded(stage.fresh); }},
+                    Callback{"SceneRemoved", [](Stage& stage) { stage.GetReports().OnSceneRemoved(stage.scene); }},
                     Callback{"SceneEndUpdate", [](Stage& stage) { stage.scene->observer->OnEndUpdate(); }},
                     Callback{"SceneMarks", [](Stage& stage) { stage.scene->observer->OnApplyTreeUpdate(); }},
                     Callback{"SceneMarksUnderAFilter",
@@ -155,6 +159,31 @@ INSTANTIATE_TEST_SUITE_P(
                                stage.scene->observer->OnApplyTreeUpdate();
                              }},
                     Callback{"UnsyncInstances", [](Stage& stage) { stage.scene->observer->OnUnsyncInstances(true); }}),
+    [](const auto& callback) { return callback.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    CallsOfThePanelItself, CallbackReentrance,
+    testing::Values(Callback{"OnSceneAdded", [](Stage& stage) { stage.panel.gui->OnSceneAdded(stage.fresh); }},
+                    Callback{"OnSceneRemoved", [](Stage& stage) { stage.panel.gui->OnSceneRemoved(stage.scene); }},
+                    Callback{"OnShapeSceneEndUpdate",
+                             [](Stage& stage) { stage.panel.gui->OnShapeSceneEndUpdate(stage.scene, false); }},
+                    Callback{"OnShapeSceneEndUpdateInFull",
+                             [](Stage& stage) { stage.panel.gui->OnShapeSceneEndUpdate(stage.scene, true); }},
+                    Callback{"ApplyTreeUpdate", [](Stage& stage) { stage.panel.gui->ApplyTreeUpdate(); }},
+                    Callback{"OnUnsyncInstances", [](Stage& stage) { stage.panel.gui->OnUnsyncInstances(false); }},
+                    Callback{"OnUpdateAssocHlightColor",
+                             [](Stage& stage) {
+                               stage.panel.UseSelController()->highlighted = {stage.panel.kernel["a"]};
+                               stage.panel.gui->OnUpdateAssocHlightColor();
+                             }},
+                    Callback{"OnAssocHlightChanged",
+                             [](Stage& stage) {
+                               stage.panel.gui->OnAssocHlightChanged(
+                                   SelectionManager::AssocHlightList, true, {},
+                                   {du::MakeSmart<zelk::ObjectSelectionItem>(stage.panel.kernel["a"])});
+                             }},
+                    Callback{"Reset", [](Stage& stage) { stage.panel.gui->Reset(); }},
+                    Callback{"Initialise", [](Stage& stage) { stage.panel.gui->Initialise(stage.panel.world); }}),
     [](const auto& callback) { return callback.param.name; });
 
 TEST(CallbackReentranceOfOne, ABindingThatIsReplacedFromInsideASelectionUpdate_KeepsTheBracketsEven)
@@ -166,7 +195,7 @@ TEST(CallbackReentranceOfOne, ABindingThatIsReplacedFromInsideASelectionUpdate_K
   stage.panel.host.onCall = [&](const std::string& line) {
     if (line.starts_with("SelectItems")) {
       stage.panel.host.onCall = nullptr;
-      stage.reports->OnActiveViewChanged(view);
+      stage.GetReports().OnActiveViewChanged(view);
     }
   };
 

@@ -53,7 +53,7 @@ protected:
   {
     return *panel.host.answers.sceneManagerObserver;
   }
-  void ChangeIn(const du::SmartPtr<PlainShapeScene>& changed)
+  void ChangeIn(const du::SmartPtr<PlainShapeScene>& changed) const
   {
     panel.gui->GetLog(changed)->SetVisible(panel.kernel["a"].Get(), guitree::VisibleStateVisible);
     panel.gui->GetLog(changed)->SetLoaded(panel.kernel["a"].Get(), true);

@@ -25,8 +25,7 @@ struct Stage {
     scene->selectionManager = du::MakeSmart<RecordingSelectionManager>();
     panel.Initialise();
     panel.state->reloadsOnViewChange = reloads;
-    reports = panel.host.answers.sceneManagerObserver;
-    reports->OnSceneAdded(scene);
+    GetReports().OnSceneAdded(scene);
     if (replays) {
       view->replay = otherView->replay = [](zelk::ShapeViewObserver& observer) { observer.OnHighlightColorsChange(); };
     }
@@ -39,7 +38,7 @@ struct Stage {
   ~Stage()
   {
     panel.host.onCall = nullptr;
-    reports->OnSceneRemoved(scene);
+    GetReports().OnSceneRemoved(scene);
     if (panel.gui) {
       panel.gui->Reset();
       panel.gui->Close();
@@ -67,18 +66,22 @@ struct Stage {
     };
   }
 
+  [[nodiscard]] guitree::GuiInterface::SceneManagerObserver& GetReports() const
+  {
+    return *panel.host.answers.sceneManagerObserver;
+  }
+
   Panel panel{"root[a]"};
   du::SmartPtr<PlainShapeScene> scene = du::MakeSmart<PlainShapeScene>();
   du::SmartPtr<PlainShapeView> view = MakeView<PlainShapeView>(scene);
   du::SmartPtr<PlainShapeView> otherView = MakeView<PlainShapeView>(scene);
-  du::SmartPtr<guitree::GuiInterface::SceneManagerObserver> reports;
   std::size_t callCount = 0;
 };
 
 [[nodiscard]] std::vector<std::string> ListCallsOfAViewChange(bool reloads, bool replays = true)
 {
   Stage stage(reloads, replays);
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
   return stage.panel.host.TakeCalls();
 }
 
@@ -100,7 +103,7 @@ TEST_P(ViewChangeReentrance, AHostMayDropPanelAndStateFromInsideAnyCall)
       stage.panel.state.Reset();
     });
 
-    stage.reports->OnActiveViewChanged(stage.view);
+    stage.GetReports().OnActiveViewChanged(stage.view);
 
     EXPECT_EQ(stage.panel.host.TakeCalls(), expected);
     EXPECT_EQ(stage.panel.gui, nullptr);
@@ -135,7 +138,7 @@ TEST_P(ViewChangeReentrance, AStateThatIsTakenAwayFromInsideAnyCall_SeesTheChang
       EXPECT_FALSE(isGone) << expectedWithoutReplay[i];
     });
 
-    stage.reports->OnActiveViewChanged(stage.view);
+    stage.GetReports().OnActiveViewChanged(stage.view);
 
     EXPECT_EQ(stage.panel.host.TakeCalls(), expectedWithoutReplay);
     EXPECT_TRUE(isGone);
@@ -155,7 +158,7 @@ TEST_P(ViewChangeReentrance, AStateMayTakeItselfAwayWhenItIsAskedForItsFilter)
     }
   };
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   EXPECT_EQ(stage.panel.host.TakeCalls(), expectedWithoutReplay);
   EXPECT_TRUE(isGone);
@@ -172,11 +175,11 @@ TEST(ViewChangeInsideAnother, AHighlightThatIsShownMeanwhile_MayBringTheEndOfAll
     isViewNew = isViewNew || line == "UpdateFilterUI()";
     if (isViewNew && !isDone && line == "StartTreeUpdate()") {
       isDone = true;
-      stage.reports->OnActiveViewChanged(nullptr);
+      stage.GetReports().OnActiveViewChanged(nullptr);
     }
   };
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   EXPECT_TRUE(isDone);
   EXPECT_EQ(stage.panel.gui->GetCurrentView(), nullptr);
@@ -186,10 +189,10 @@ TEST(ViewChangeInsideAnother, AHighlightThatIsShownMeanwhile_MayBringTheEndOfAll
 TEST(ViewChangeInsideAnother, FromTheClearedSelection_LeavesNoObserverWhenTheOuterOneEndsAllViews)
 {
   Stage stage;
-  stage.reports->OnActiveViewChanged(stage.view);
-  stage.OnFirst("ClearSelection()", [&] { stage.reports->OnActiveViewChanged(stage.otherView); });
+  stage.GetReports().OnActiveViewChanged(stage.view);
+  stage.OnFirst("ClearSelection()", [&] { stage.GetReports().OnActiveViewChanged(stage.otherView); });
 
-  stage.reports->OnActiveViewChanged(nullptr);
+  stage.GetReports().OnActiveViewChanged(nullptr);
 
   EXPECT_EQ(stage.panel.gui->GetCurrentView(), nullptr);
   EXPECT_THAT(stage.otherView->calls, Contains("RegisterObserver(replay)"));
@@ -201,11 +204,11 @@ TEST(ViewChangeInsideAnother, FromTheClearedSelection_LeavesNoObserverWhenTheOut
 {
   Stage stage;
   stage.OnFirst("ClearSelection()", [&] {
-    stage.reports->OnActiveViewChanged(stage.otherView);
+    stage.GetReports().OnActiveViewChanged(stage.otherView);
     stage.panel.state->isCompatibleScene = false;
   });
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   EXPECT_EQ(stage.panel.gui->GetCurrentView(), stage.view);
   EXPECT_THAT(stage.otherView->calls, Contains("RegisterObserver(replay)"));
@@ -216,9 +219,9 @@ TEST(ViewChangeInsideAnother, FromTheClearedSelection_LeavesNoObserverWhenTheOut
 TEST(ViewChangeInsideAnother, AtTheStatusBar_LeavesTheOuterOneItsOwnViewForTheLastCall)
 {
   Stage stage;
-  stage.OnFirst("UpdateStatusBar()", [&] { stage.reports->OnActiveViewChanged(stage.otherView); });
+  stage.OnFirst("UpdateStatusBar()", [&] { stage.GetReports().OnActiveViewChanged(stage.otherView); });
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   EXPECT_THAT(stage.panel.host.Calls(), Contains("PostOnActiveViewChanged(otherView, wasClashReport=false)"));
   EXPECT_EQ(stage.panel.host.Calls().back(), "PostOnActiveViewChanged(view, wasClashReport=false)");
@@ -233,9 +236,9 @@ TEST(ViewChangeInsideAnother, AtAnyCall_LeavesAtMostTheObserverOfTheCurrentView)
     const std::size_t count = ListCallsOfAViewChange(reloads).size();
     for (std::size_t i = 0; i < count; ++i) {
       Stage stage(reloads);
-      stage.OnCallAt(i, [&] { stage.reports->OnActiveViewChanged(stage.otherView); });
+      stage.OnCallAt(i, [&] { stage.GetReports().OnActiveViewChanged(stage.otherView); });
 
-      stage.reports->OnActiveViewChanged(stage.view);
+      stage.GetReports().OnActiveViewChanged(stage.view);
 
       for (const auto& view : {stage.view, stage.otherView}) {
         EXPECT_EQ(view->observer != nullptr, view == stage.panel.gui->GetCurrentView()) << i;
@@ -247,9 +250,9 @@ TEST(ViewChangeInsideAnother, AtAnyCall_LeavesAtMostTheObserverOfTheCurrentView)
 TEST(ViewChangeInsideAnother, ASceneThatIsRemovedMeanwhile_IsNotRepainted)
 {
   Stage stage;
-  stage.OnFirst("UpdateStatusBar()", [&] { stage.reports->OnSceneRemoved(stage.scene); });
+  stage.OnFirst("UpdateStatusBar()", [&] { stage.GetReports().OnSceneRemoved(stage.scene); });
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   EXPECT_EQ(stage.panel.gui->GetCurrentLog(), nullptr);
   EXPECT_THAT(stage.panel.host.Calls(), Not(Contains("UpdateVisAndTypeIcons(visible={}, typeIcons=yes)")));
@@ -259,9 +262,9 @@ TEST(ViewChangeInsideAnother, ASceneThatIsRemovedByItsRepaint_TakesItsChangesAlo
 {
   Stage stage;
   stage.OnFirst("UpdateVisAndTypeIcons(visible={}, typeIcons=yes)",
-                [&] { stage.reports->OnSceneRemoved(stage.scene); });
+                [&] { stage.GetReports().OnSceneRemoved(stage.scene); });
 
-  stage.reports->OnActiveViewChanged(stage.view);
+  stage.GetReports().OnActiveViewChanged(stage.view);
 
   std::vector<guitree::SceneInfoLog*> logs;
   stage.panel.gui->GetLogs(logs);
