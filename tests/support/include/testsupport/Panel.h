@@ -22,7 +22,7 @@ public:
   /// As a host does it, with a world of this tree; what was recorded on the way is forgotten.
   void Initialise();
   /// Makes the tree current without a population.
-  void ShowTree() { gui->SetBaseTree(kernel.Get()); }
+  void ShowTree() const { gui->SetBaseTree(kernel.Get()); }
   [[nodiscard]] du::SmartPtr<ScriptedSelectionController> UseSelController();
   /// The names of `GetNotFilteredSet`, sorted.
   [[nodiscard]] std::vector<std::string> GetShownNames() const;
