@@ -20,7 +20,6 @@ protected:
   CloseWithScenes()
   {
     panel.Initialise();
-    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): it comes with the line before
     reports = panel.host.answers.sceneManagerObserver;
     reports->OnSceneAdded(scene);
     reports->OnSceneAdded(other);
