@@ -174,7 +174,7 @@ TEST_F(InstanceTest, HasNoneBodyChildren_LooksForAChildThatIsNoBody)
 
 TEST_F(InstanceTest, Flags_OfTheProduct_AreThoseOfItsInstances)
 {
-  using namespace memkernel;
+  using namespace memkernel;  // NOLINT(google-build-using-namespace): the flags are many
   const auto shape = du::MakeSmart<memkernel::Shape>(nullptr);
   const auto solid = tree->AddChild(root, tree->CreateProduct({.name = "S", .shape = shape}));
   const auto all = Add(root, "A", InstanceAllFlags & ~(InstanceProxyExpandFailed | InstanceShapeSource));

@@ -10,7 +10,6 @@ namespace {
 
 using memkernel::Instance;
 using memkernel::Product;
-using memkernel::TreeBatch;
 
 constexpr unsigned int s_many = 1'000'000;
 
