@@ -17,7 +17,6 @@ namespace {
 using memkernel::OwnerLoop;
 using memkernel::TaskPool;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Runs a function, and writes what happens to it on the owner's thread.
 class FunctionTask : public du::Task {
@@ -107,7 +106,7 @@ TEST_F(TaskPoolTest, InsertTask_RunsAllInTheOrderOfInsertionAndNoTwoAtATime)
     }));
   }
 
-  RunUntilLines(3 * count);
+  RunUntilLines(std::size_t{3} * count);
 
   std::vector<int> expected(count);
   std::iota(expected.begin(), expected.end(), 0);

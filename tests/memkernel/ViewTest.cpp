@@ -9,7 +9,6 @@ namespace memkerneltest {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class ViewRecorder : public zelk::ShapeViewObserver {
 public:
