@@ -9,7 +9,6 @@ namespace {
 
 using testing::IsEmpty;
 using testsupport::Panel;
-using testsupport::RecordingHost;
 using testsupport::ScriptedTreeState;
 
 TEST(TreeStateLifetime, AStateThatOutlivesItsGuiTree_DoesNothingAndAnswersNothing)
