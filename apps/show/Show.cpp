@@ -33,7 +33,8 @@ bool Write(const std::string& text)
   if (std::cout) {
     return true;
   }
-  std::cerr << "guitree-show: cannot write: " << std::strerror(errno) << '\n';  // NOLINT(concurrency-mt-unsafe)
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): the readers have ended, no other thread asks for an error text
+  std::cerr << "guitree-show: cannot write: " << std::strerror(errno) << '\n';
   return false;
 }
 

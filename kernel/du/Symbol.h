@@ -27,7 +27,8 @@ public:
   }
   [[nodiscard]] bool IsEmpty() const noexcept { return m_text == nullptr; }
 
-  operator std::string() const { return std::string(GetView()); }  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor): a symbol goes wherever a text is wanted
+  operator std::string() const { return std::string(GetView()); }
 
   /// Identity.
   friend bool operator==(const Symbol& a, const Symbol& b) noexcept { return a.m_text == b.m_text; }
