@@ -145,6 +145,7 @@ void AssemblyReader::_Expand(ProductIndex index, const std::vector<ProductIndex>
   product.bodies = root.bodies;
   product.appearance = root.appearance;
   product.hasShape = root.hasShape;
+  product.hasDamagedShape = root.hasDamagedShape;
   m_shapes.Share(index, roots.front());
 }
 
@@ -171,6 +172,7 @@ void AssemblyReader::_Fail(ProductIndex index, const std::string& cause)
   product.occurrences.clear();
   product.bodies.clear();
   product.hasShape = false;
+  product.hasDamagedShape = false;
   m_shapes.Set(index, {});
 }
 

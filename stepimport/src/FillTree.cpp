@@ -7,6 +7,7 @@
 #include "memkernel/InstanceFlags.h"
 #include "memkernel/Product.h"
 #include "memkernel/PropertyTable.h"
+#include "memkernel/Shape.h"
 #include "stepimport/Import.h"
 #include "zelk/BaseInstanceDynamicPropertiesCache.h"
 
@@ -50,9 +51,6 @@ memkernel::PropertyTable MakeProperties(const Product& product, const Appearance
 unsigned int GetFlags(const Product& product)
 {
   unsigned int flags = 0;
-  if (product.hasShape) {
-    flags |= memkernel::InstanceShapeSource;
-  }
   // An assembly lacks nothing when it has no geometry of its own.
   if (!product.occurrences.empty()) {
     flags |= memkernel::InstancePlainIcon;
@@ -64,6 +62,20 @@ unsigned int GetFlags(const Product& product)
     flags |= memkernel::InstanceProxy | memkernel::InstanceProxyExpandFailed;
   }
   return flags;
+}
+
+// The exact geometry has been read with the file, so there is nothing left to be loaded.
+du::SmartPtr<memkernel::Shape> MakeReadShape()
+{
+  return du::MakeSmart<memkernel::Shape>(memkernel::Shape::Work(), zelk::ShapeDataLoaded);
+}
+
+du::SmartPtr<memkernel::Shape> MakeShape(const Product& product)
+{
+  if (product.hasDamagedShape) {
+    return du::MakeSmart<memkernel::Shape>(memkernel::Shape::Work(), zelk::ShapeDataFailed);
+  }
+  return product.hasShape ? MakeReadShape() : nullptr;
 }
 
 /// Unfolds one assembly into a tree.
@@ -120,12 +132,13 @@ private:
     Entry entry;
     entry.product = m_tree.CreateProduct({.name = du::Symbol(product.name),
                                           .flags = GetFlags(product),
+                                          .shape = MakeShape(product),
                                           .properties = MakeProperties(product, product.appearance)});
     for (const Body& body : product.bodies) {
-      entry.bodies.push_back(m_tree.CreateProduct(
-          {.name = du::Symbol(body.name),
-           .flags = memkernel::InstanceBody | memkernel::InstanceBodyType | memkernel::InstanceShapeSource,
-           .properties = MakeProperties(product, body.appearance)}));
+      entry.bodies.push_back(m_tree.CreateProduct({.name = du::Symbol(body.name),
+                                                   .flags = memkernel::InstanceBody | memkernel::InstanceBodyType,
+                                                   .shape = MakeReadShape(),
+                                                   .properties = MakeProperties(product, body.appearance)}));
     }
     for (const Occurrence& occurrence : product.occurrences) {
       const bool isOwn = occurrence.name != m_assembly.products[occurrence.product].name;

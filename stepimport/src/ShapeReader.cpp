@@ -1,7 +1,17 @@
 #include "ShapeReader.h"
 
+#include <Interface_EntityIterator.hxx>
+#include <Interface_Graph.hxx>
 #include <Quantity_Color.hxx>
 #include <STEPControl_Reader.hxx>
+#include <StepRepr_ProductDefinitionShape.hxx>
+#include <StepRepr_Representation.hxx>
+#include <StepRepr_RepresentationItem.hxx>
+#include <StepRepr_RepresentationRelationship.hxx>
+#include <StepShape_FaceBasedSurfaceModel.hxx>
+#include <StepShape_GeometricSet.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
+#include <StepShape_ShellBasedSurfaceModel.hxx>
 #include <StepShape_SolidModel.hxx>
 #include <TColStd_HSequenceOfExtendedString.hxx>
 #include <TCollection_AsciiString.hxx>
@@ -37,6 +47,60 @@ std::string ToText(const TCollection_ExtendedString& text)
   Standard_PCharacter buffer = bytes.data();
   text.ToUTF8CString(buffer);
   return bytes;
+}
+
+template <typename Entity, typename Visit>
+void ForEachUser(XSControl_WorkSession& session, const Handle(Standard_Transient) & used, Visit visit)
+{
+  for (Interface_EntityIterator user = session.Graph().Sharings(used); user.More(); user.Next()) {
+    const Handle(Entity) entity = Handle(Entity)::DownCast(user.Value());
+    if (!entity.IsNull()) {
+      visit(entity);
+    }
+  }
+}
+
+bool IsGeometry(const Handle(StepRepr_RepresentationItem) & item)
+{
+  return !item.IsNull()
+         && (item->IsKind(STANDARD_TYPE(StepShape_SolidModel))
+             || item->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel))
+             || item->IsKind(STANDARD_TYPE(StepShape_FaceBasedSurfaceModel))
+             || item->IsKind(STANDARD_TYPE(StepShape_GeometricSet)));
+}
+
+bool HoldsGeometry(const Handle(StepRepr_Representation) & representation)
+{
+  if (representation.IsNull() || representation->Items().IsNull()) {
+    return false;
+  }
+  const StepRepr_HArray1OfRepresentationItem& items = *representation->Items();
+  return std::any_of(items.begin(), items.end(), IsGeometry);
+}
+
+/// As `HoldsGeometry`, for the representation and those that stand for the same shape.
+bool DescribesGeometry(XSControl_WorkSession& session, const Handle(StepRepr_Representation) & representation)
+{
+  bool found = HoldsGeometry(representation);
+  ForEachUser<StepRepr_RepresentationRelationship>(
+      session, representation, [&](const Handle(StepRepr_RepresentationRelationship) & same) {
+        found = found || HoldsGeometry(same->Rep1()) || HoldsGeometry(same->Rep2());
+      });
+  return found;
+}
+
+/// Whether the entities give the product geometry, readable or not.
+bool HasDeclaredGeometry(XSControl_WorkSession& session, const Handle(StepBasic_ProductDefinition) & definition)
+{
+  bool found = false;
+  ForEachUser<StepRepr_ProductDefinitionShape>(
+      session, definition, [&](const Handle(StepRepr_ProductDefinitionShape) & shape) {
+        ForEachUser<StepShape_ShapeDefinitionRepresentation>(
+            session, shape, [&](const Handle(StepShape_ShapeDefinitionRepresentation) & link) {
+              found = found || DescribesGeometry(session, link->UsedRepresentation());
+            });
+      });
+  return found;
 }
 
 /// Reads what a document says about shapes.
@@ -95,6 +159,7 @@ ProductShape ShapeReader::Read(const Handle(StepBasic_ProductDefinition) & defin
   ProductShape found;
   found.shape = TransferBRep::ShapeResult(m_transferred, definition);
   if (found.shape.IsNull() || !TopExp_Explorer(found.shape, TopAbs_VERTEX).More()) {
+    product.hasDamagedShape = HasDeclaredGeometry(*m_session, definition);
     return {};
   }
   product.hasShape = true;

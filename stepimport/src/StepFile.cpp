@@ -76,8 +76,17 @@ void KeepReferencesOfEmptyProducts(std::vector<Product>& products)
 {
   for (Product& product : products) {
     // Drawings and the like are referred to as well; a product that is all here stands for no other file.
-    if (product.hasShape || !product.occurrences.empty()) {
+    if (product.hasShape || product.hasDamagedShape || !product.occurrences.empty()) {
       product.reference = {};
+    }
+  }
+}
+
+void WarnOfDamagedShapes(const std::vector<Product>& products, std::vector<std::string>& warnings)
+{
+  for (const Product& product : products) {
+    if (product.hasDamagedShape) {
+      warnings.push_back("nothing could be made of the geometry of '" + product.name + "'");
     }
   }
 }
@@ -145,6 +154,7 @@ std::optional<StepFile> ReadText(const std::filesystem::path& file, StepText& te
 
   content.shapes = ReadShapes(reader, document, structure);
   content.products = std::move(structure.products);
+  WarnOfDamagedShapes(content.products, content.warnings);
   KeepReferencesOfEmptyProducts(content.products);
   content.roots = FindRoots(content.products);
   if (content.roots.empty()) {

@@ -65,6 +65,8 @@ struct Product {
   std::vector<Body> bodies;
   /// It has geometry of its own, apart from that of its occurrences.
   bool hasShape = false;
+  /// The file gives it geometry of which nothing could be made; `hasShape` is false then.
+  bool hasDamagedShape = false;
   FileReference reference;
 };
 

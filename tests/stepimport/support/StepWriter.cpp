@@ -59,6 +59,26 @@ void StepWriter::AddReference(Definition product, const std::string& file)
   _Add("APPLIED_EXTERNAL_IDENTIFICATION_ASSIGNMENT('" + file + "',#13,#14,(" + _Ref(document) + "))");
 }
 
+void StepWriter::AddEdge(Definition product)
+{
+  const int end = _Add("CARTESIAN_POINT('',(1.,0.,0.))");
+  const int line = _Add("POLYLINE('',(#8," + _Ref(end) + "))");
+  const int set = _Add("GEOMETRIC_CURVE_SET('',(" + _Ref(line) + "))");
+  _AddGeometry(product, "GEOMETRICALLY_BOUNDED_WIREFRAME_SHAPE_REPRESENTATION", set);
+}
+
+void StepWriter::AddDamagedSolid(Definition product)
+{
+  _AddGeometry(product, "ADVANCED_BREP_SHAPE_REPRESENTATION", _Add("MANIFOLD_SOLID_BREP('',$)"));
+}
+
+void StepWriter::_AddGeometry(Definition product, const std::string& type, int item)
+{
+  const int geometry = _Add(type + "('',(#11," + _Ref(item) + "),#7)");
+  // The representation of the product stands two entities behind the definition.
+  _Add("SHAPE_REPRESENTATION_RELATIONSHIP('',''," + _Ref(product + 2) + ',' + _Ref(geometry) + ')');
+}
+
 std::string StepWriter::GetText() const
 {
   return m_header + "DATA;\n" + Contexts + m_data + "ENDSEC;\nEND-ISO-10303-21;\n";

@@ -4,8 +4,9 @@
 
 namespace stepimporttest {
 
-/// Writes the text of a STEP file without any geometry, entity by entity, so that a test can say in what order and in
-/// which bytes things stand in it. Names go into the text as they are: a quote has to be doubled by the caller.
+/// Writes the text of a STEP file, without any geometry but what is asked for, entity by entity, so that a test can say
+/// in what order and in which bytes things stand in it. Names go into the text as they are: a quote has to be doubled
+/// by the caller.
 class StepWriter {
 public:
   /// A product definition, by the number of its entity.
@@ -25,9 +26,16 @@ public:
   /// `product` stands for another file.
   void AddReference(Definition product, const std::string& file);
 
+  /// Gives the product one edge as its geometry.
+  void AddEdge(Definition product);
+  /// Gives the product a solid that has no surface.
+  void AddDamagedSolid(Definition product);
+
   [[nodiscard]] std::string GetText() const;
 
 private:
+  /// `type` is that of the representation that holds `item`.
+  void _AddGeometry(Definition product, const std::string& type, int item);
   int _Add(const std::string& entity);
   static std::string _Ref(int number) { return '#' + std::to_string(number); }
 
