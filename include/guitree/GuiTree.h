@@ -41,6 +41,8 @@ class TreeStateBase;
 /// there.
 class GuiTree : public virtual du::RefCounted {
 public:
+  class GuiTreeTreeObserverHelper;
+
   /// `manager` is the parent of every observer that is created; it may be null when the kernel needs none.
   explicit GuiTree(const du::SmartPtr<dom::ManagedObject>& manager);
   /// Memberwise: the copies share controller, host and logs, and only one of them may be destroyed. What tells whether
@@ -127,6 +129,9 @@ public:
   void OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene, bool full);
   /// What the scene marks in the tree has changed. A filtered tree is refilled.
   void ApplyTreeUpdate();
+  /// The end of a burst of tree events: refills the rows with `repopulate`, otherwise tells the host that rows have
+  /// changed, and what has changed in the scene that is shown.
+  void OnGuiTreeObserverEndUpdate(bool repopulate, bool nodeNamesChanged);
 
   /// For all logs, ordered by the address of their scenes: work out the visible state of an instance again, and those
   /// of its parents as far as they change; record it as plain hidden; work out its icon again; forget it.
@@ -159,6 +164,7 @@ private:
   void _RefreshForView(TreeStateBase& state, const du::SmartPtr<zelk::View>& view,
                        const du::SmartPtr<zelk::Scene>& scene, bool hadLog, bool wasClashReport);
   void _RepaintCurrentLog();
+  void _DeliverChangesOfCurrentLog();
   void _ClearChangesOf(const du::SmartPtr<zelk::Scene>& scene);
 
   SceneInfoLog* currentLog = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -87,13 +88,27 @@ public:
   /// On a panel that is not visible, or not for the current view, the rows are cleared and `GetTreeNeedsRedraw` becomes
   /// true. With a filter that is on, the rows come later: the host is told that they are being worked out. Otherwise
   /// one row is made for each instance that is not hidden, in the order in which the kernel visits its tree, parents
-  /// first. The visit ends before the first row is made, and all calls stand in one bracket.
+  /// first. The visit ends before the first row is made, and all calls stand in one bracket. A host may edit the tree,
+  /// or populate again, from inside these calls: what has gone by then gets no row, and the last population makes them.
   virtual void PopulateTree(bool keepExpanded);
   /// Forgets what stands in the host's tree and tells the host; no host, no call.
   virtual void Reset();
   /// The selected instances replace `out`; with `withDescendents` they and all below them are added to it. Without a
   /// controller `out` stays as it was.
   virtual void GetSelectedComps(std::set<du::SmartPtr<zelk::BaseInstance>>& out, bool withDescendents);
+
+  /// An instance has come: makes its row at once, unless a filter is on. A filter is never patched: one that follows
+  /// changes asks for a repopulate, and one that does not asks for it only if `parent` has a row. `selController` may
+  /// be null. True asks for a repopulate.
+  virtual bool InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
+                              const du::SmartPtr<zelk::BaseInstance>& parent,
+                              const du::SmartPtr<TreeSelectionController>& selController);
+  /// An instance has gone, with what is below it: forgets all of it and tells the host of the topmost, unless a filter
+  /// follows changes, which leaves the work to the repopulate. `repopulatePending` goes on to the host. True asks for a
+  /// repopulate; it comes for every instance that had a row, although the row has gone. An instance without a row
+  /// changes nothing: rows below it go by their own announcements. Costs the number of descendants.
+  virtual bool InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
+                              const du::SmartPtr<zelk::BaseInstance>& parent, bool repopulatePending);
 
   /// A change of the selection, in brackets of begin and end. While the panel is not visible only a flag is set: what
   /// to catch up with is the selection itself and not a queue. Under a filter that shows the selection the end of the
@@ -177,6 +192,8 @@ protected:
   void ClearAssocHighlights();
 
   void SetBusy(bool isBusy);
+  /// False once the `GuiTree` has ended.
+  [[nodiscard]] bool _HasGuiTree() const noexcept { return *m_livingGuiTree != nullptr; }
 
 private:
   class AddNodeVisitor;
@@ -190,7 +207,6 @@ private:
     return TreeStateBase::AttemptDeleteSmartPtrReference(observer, owner);
   }
 
-  [[nodiscard]] bool _HasGuiTree() const noexcept { return *m_livingGuiTree != nullptr; }
   [[nodiscard]] GuiInterface& _Gui() const;
   [[nodiscard]] structure_utils::TreeFilterInfoBase& _GetCurrentFilter();
   [[nodiscard]] bool _IsFilteringSelectionDynamically();
@@ -198,7 +214,8 @@ private:
   [[nodiscard]] bool _Refill();
   [[nodiscard]] bool _CanShowRows();
   void _StartFilteredPopulation();
-  void _CreateRows(const zelk::BaseTree& tree);
+  void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
+  void _CreateRows(const zelk::BaseTree& tree, unsigned int population);
 
   GuiTree& guiTree;
   du::SmartPtr<FilterObserver> filterObserver;
@@ -208,6 +225,10 @@ private:
   bool busy = false;
   bool treeNeedsRedraw = false;
   std::set<zelk::BaseInstance*> assocHlightSet;
+  /// Counts what takes all rows away. The rows of a population that another one has overtaken are not made.
+  unsigned int m_population = 0;
+  /// What has left the tree since the population under way has gathered its instances; nothing while none is.
+  std::optional<std::set<const zelk::BaseInstance*>> m_goneMeanwhile;
   /// Shared with the `GuiTree`, which puts null there when it ends.
   std::shared_ptr<GuiTree* const> m_livingGuiTree;
 };

@@ -148,11 +148,32 @@ void GuiTree::OnShapeSceneEndUpdate(const du::SmartPtr<zelk::ShapeScene>& scene,
   }
   if (full) {
     _RepaintCurrentLog();
-  } else if (HasChanges(*currentLog)) {
-    guiInterface->UpdateVisAndTypeIconChanges(&currentLog->GetVisibleMap(), &currentLog->GetVisibleChangeMap(),
-                                              &currentLog->GetTypeIconMap(), &currentLog->GetTypeIconChangeMap());
+  } else {
+    _DeliverChangesOfCurrentLog();
   }
   _ClearChangesOf(delivered);
+}
+
+void GuiTree::OnGuiTreeObserverEndUpdate(bool repopulate, bool nodeNamesChanged)
+{
+  const Pin self(this);
+  if (repopulate) {
+    if (const du::SmartPtr<TreeStateBase> state = treeState) {
+      state->PopulateTree(true);
+    }
+    _RepaintCurrentLog();
+  } else {
+    guiInterface->ContentHasChanged();
+    _DeliverChangesOfCurrentLog();
+    if (nodeNamesChanged) {
+      guiInterface->UpdateNodeNames();
+    }
+    guiInterface->UpdateTreeTable();
+  }
+  if (currentLog) {
+    currentLog->ClearVisibleChangeMap();
+    currentLog->ClearTypeIconChangeMap();
+  }
 }
 
 void GuiTree::ApplyTreeUpdate()
@@ -250,6 +271,14 @@ void GuiTree::_RepaintCurrentLog()
 {
   if (currentLog) {
     guiInterface->UpdateVisAndTypeIcons(&currentLog->GetVisibleMap(), &currentLog->GetTypeIconMap());
+  }
+}
+
+void GuiTree::_DeliverChangesOfCurrentLog()
+{
+  if (currentLog && HasChanges(*currentLog)) {
+    guiInterface->UpdateVisAndTypeIconChanges(&currentLog->GetVisibleMap(), &currentLog->GetVisibleChangeMap(),
+                                              &currentLog->GetTypeIconMap(), &currentLog->GetTypeIconChangeMap());
   }
 }
 

@@ -155,6 +155,7 @@ bool TreeStateBase::_Refill()
   // The host needs no word about the highlights that this drops: their rows go next.
   assocHlightSet.clear();
   notFilteredSet.clear();
+  const unsigned int population = ++m_population;
   _Gui().ClearTree();
   if (!_CanShowRows()) {
     treeNeedsRedraw = true;
@@ -170,7 +171,7 @@ bool TreeStateBase::_Refill()
   // Fetched again: the host was asked a few questions in between.
   if (const du::SmartPtr<zelk::BaseTree> tree = guiTree.GetBaseTree()) {
     SetBusy(false);
-    _CreateRows(*tree);
+    _CreateRows(*tree, population);
   }
   _Gui().RestoreExpandedAfterPopulate();
   return true;
@@ -193,15 +194,23 @@ void TreeStateBase::_StartFilteredPopulation()
   _Gui().UpdateTreeTable();
 }
 
-void TreeStateBase::_CreateRows(const zelk::BaseTree& tree)
+void TreeStateBase::_CreateRows(const zelk::BaseTree& tree, unsigned int population)
 {
   AddNodeVisitor visitor(this, tree, GetSelController(true));
   tree.Visit(visitor, zelk::BaseTree::VisitParentsFirst);
+  m_goneMeanwhile.emplace();
   du::SmartPtr<zelk::BaseInstance> parent;
   for (const auto& instance : visitor.instances) {
+    if (m_population != population) {
+      break;
+    }
+    if (m_goneMeanwhile->contains(instance.Get())) {
+      continue;
+    }
     instance->GetBaseParent(parent);
     _InstanceCreate(instance, parent, visitor.selController);
   }
+  m_goneMeanwhile.reset();
   _Gui().UpdateTreeTable();
 }
 
@@ -255,6 +264,7 @@ void TreeStateBase::Reset()
   const Pin self(this);
   SetBusy(false);
   notFilteredSet.clear();
+  ++m_population;
   if (!_HasGuiTree()) {
     return;
   }

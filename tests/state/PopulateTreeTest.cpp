@@ -286,7 +286,7 @@ TEST(PopulateTree, WhoseTreeIsTakenAwayByTheHost_RestoresAndMakesNoRow)
                           "ContentHasChanged()", "UpdateQuickSearchResults(true, view=null, filterNeeded=false)"));
 }
 
-TEST(PopulateTree, StartedFromInsideARow_IsCarriedOutAndTheOuterOneGoesOn)
+TEST(PopulateTree, StartedFromInsideARow_MakesAllRowsAndTheOuterOneNoMore)
 {
   Panel panel("root[a b]");
   panel.ShowTree();
@@ -304,9 +304,55 @@ TEST(PopulateTree, StartedFromInsideARow_IsCarriedOutAndTheOuterOneGoesOn)
   const std::vector<std::string> inner =
       MakePopulationOf({MakeRow("root", "null"), MakeRow("a", "root"), MakeRow("b", "root")}, "false");
   const auto afterA = std::find(expected.begin(), expected.end(), MakeRow("a", "root")) + 1;
-  const auto afterInner = expected.insert(afterA, inner.begin(), inner.end()) + static_cast<int>(inner.size());
-  expected.insert(afterInner, MakeRow("b", "root"));
+  expected.insert(afterA, inner.begin(), inner.end());
   EXPECT_EQ(panel.host.TakeCalls(), expected);
+  EXPECT_THAT(panel.GetShownNames(), ElementsAre("a", "b", "root"));
+}
+
+TEST(PopulateTree, WithAResetFromInsideARow_MakesNoFurtherRow)
+{
+  Panel panel("root[a b]");
+  panel.ShowTree();
+  panel.host.onCall = [&](const std::string& line) {
+    if (line.starts_with("InstanceCreate(a")) {
+      panel.state->Reset();
+    }
+  };
+
+  panel.state->PopulateTree(false);
+
+  EXPECT_THAT(panel.GetShownNames(), IsEmpty());
+}
+
+TEST(PopulateTree, WithARemovalFromInsideARow_MakesNoRowForWhatHasGone)
+{
+  Panel panel("root[a b[c] d]");
+  panel.ShowTree();
+  panel.host.onCall = [&](const std::string& line) {
+    if (line.starts_with("InstanceCreate(a")) {
+      panel.state->InstanceRemove(panel.kernel["b"], panel.kernel["root"], false);
+      panel.state->InstanceRemove(panel.kernel["c"], panel.kernel["b"], false);
+    }
+  };
+
+  panel.state->PopulateTree(false);
+
+  EXPECT_THAT(panel.GetShownNames(), ElementsAre("a", "d", "root"));
+}
+
+TEST(PopulateTree, WithARemovalAndAReturnFromInsideARow_MakesTheRow)
+{
+  Panel panel("root[a b]");
+  panel.ShowTree();
+  panel.host.onCall = [&](const std::string& line) {
+    if (line.starts_with("InstanceCreate(a")) {
+      panel.state->InstanceRemove(panel.kernel["b"], panel.kernel["root"], false);
+      panel.state->InstanceCreate(panel.kernel["b"], panel.kernel["root"], nullptr);
+    }
+  };
+
+  panel.state->PopulateTree(false);
+
   EXPECT_THAT(panel.GetShownNames(), ElementsAre("a", "b", "root"));
 }
 
