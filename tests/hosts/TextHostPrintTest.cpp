@@ -65,11 +65,13 @@ TEST_F(TextHostPrint, Color_MakesLinesPaleAndMarksStandOut)
             "\x1B[2m└─ \x1B[0mrod\n");
 }
 
-TEST_F(TextHostPrint, Names_AreReadWhenTheyArePrinted)
+TEST_F(TextHostPrint, Names_AreTheDisplayNameElseThatOfTheObjectElseUnnamed)
 {
   plate->objectName = "base plate";
   bolt->displayName = "M8 bolt";
   nut->objectName = {};
+
+  host.UpdateNodeNames();
 
   EXPECT_EQ(TextOf(host),
             "root\n"
@@ -83,6 +85,8 @@ TEST_F(TextHostPrint, Names_WithSeveralLinesStayOnOne)
 {
   root->objectName = "first\nsecond\xFF";
 
+  host.UpdateNodeNames();
+
   EXPECT_EQ(TextOf(host, {.depth = 0}), "first\\nsecond\uFFFD [+2]\n");
   EXPECT_EQ(TextOf(host, {.ascii = true, .depth = 0}), "first\\nsecond? [+2]\n");
 }
@@ -95,6 +99,8 @@ TEST_F(TextHostPrint, Proxies_TellWhetherTheyAreOpen)
   rod->isProxy = true;
   rod->hasProxyExpandFailed = true;
 
+  host.UpdateNodeNames();
+
   EXPECT_EQ(TextOf(host),
             "root\n"
             "├─ plate\n"
@@ -102,6 +108,7 @@ TEST_F(TextHostPrint, Proxies_TellWhetherTheyAreOpen)
             "│  └─ nut\n"
             "└─ rod [failed]\n");
   rod->referencedFile = "rod\n.stp";
+  host.CheckAndUpdateNodeNameAndType(rod);
   EXPECT_TRUE(TextOf(host).ends_with("└─ rod [failed: rod\\n.stp]\n"));
 }
 

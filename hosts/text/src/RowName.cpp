@@ -1,5 +1,6 @@
+#include "RowName.h"
+
 #include "texthost/PrintableText.h"
-#include "texthost/TextHost.h"
 #include "zelk/BaseInstanceDynamicPropertiesCache.h"
 #include "zelk/Instance.h"
 
@@ -23,30 +24,68 @@ std::string MakePrintable(const du::Symbol& text, bool ascii)
   return texthost::MakePrintable(text.GetView(), ascii ? "?" : s_replacementCharacter);
 }
 
-}  // namespace
-
-std::string ReadRowName(const zelk::BaseInstance& instance, bool ascii)
+du::Symbol ReadName(const zelk::BaseInstance& instance)
 {
   static const du::Symbol s_displayName("Display Name");
   du::Symbol name = ReadProperty(instance, s_displayName);
-  if (name.IsEmpty()) {
-    name = instance.GetObjectName();
+  return name.IsEmpty() ? instance.GetObjectName() : name;
+}
+
+RowText::State ReadState(const zelk::BaseInstance& instance)
+{
+  const auto* part = dynamic_cast<const zelk::Instance*>(&instance);
+  if (!part || part->IsRootContainerRoot()) {
+    return RowText::State::Plain;
   }
-  return name.IsEmpty() ? "(unnamed)" : MakePrintable(name, ascii);
+  if (part->HasProxyExpandFailed()) {
+    return RowText::State::Failed;
+  }
+  return part->IsProxy() && !part->IsProxyExpanded() ? RowText::State::NotLoaded : RowText::State::Plain;
+}
+
+}  // namespace
+
+RowText ReadRowText(const zelk::BaseInstance& instance)
+{
+  RowText text{.name = ReadName(instance), .state = ReadState(instance)};
+  if (text.state == RowText::State::Failed) {
+    static const du::Symbol s_referencedFile("Referenced File");
+    text.file = ReadProperty(instance, s_referencedFile);
+  }
+  return text;
+}
+
+std::string ShowName(const RowText& text, bool ascii)
+{
+  return text.name.IsEmpty() ? "(unnamed)" : MakePrintable(text.name, ascii);
+}
+
+std::string ShowFailure(const RowText& text, bool ascii)
+{
+  return text.file.IsEmpty() ? "failed" : "failed: " + MakePrintable(text.file, ascii);
+}
+
+std::string ShowState(const RowText& text, bool ascii)
+{
+  switch (text.state) {
+    case RowText::State::Failed:
+      return ShowFailure(text, ascii);
+    case RowText::State::NotLoaded:
+      return "not loaded";
+    case RowText::State::Plain:
+      break;
+  }
+  return {};
+}
+
+std::string ReadRowName(const zelk::BaseInstance& instance, bool ascii)
+{
+  return ShowName(ReadRowText(instance), ascii);
 }
 
 std::string ReadRowState(const zelk::BaseInstance& instance, bool ascii)
 {
-  const auto* part = dynamic_cast<const zelk::Instance*>(&instance);
-  if (!part || part->IsRootContainerRoot()) {
-    return {};
-  }
-  if (part->HasProxyExpandFailed()) {
-    static const du::Symbol s_referencedFile("Referenced File");
-    const du::Symbol file = ReadProperty(instance, s_referencedFile);
-    return file.IsEmpty() ? "failed" : "failed: " + MakePrintable(file, ascii);
-  }
-  return part->IsProxy() && !part->IsProxyExpanded() ? "not loaded" : "";
+  return ShowState(ReadRowText(instance), ascii);
 }
 
 }  // namespace texthost

@@ -38,7 +38,7 @@ void Link(Row& row, Row& parent, Row* next)
 
 void TextHost::Print(std::ostream& out, const PrintStyle& style) const
 {
-  TreePrinter(out, style).Print(m_top);
+  TreePrinter(out, style, *this).Print();
 }
 
 bool TextHost::HasPlaceholder(const zelk::BaseInstance& instance) const
@@ -81,11 +81,11 @@ void TextHost::Reset()
 }
 
 void TextHost::InstanceCreate(guitree::FilteredTree::Node* node,
-                              const du::SmartPtr<guitree::TreeSelectionController>& /*controller*/,
-                              bool /*assocHlight*/)
+                              const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight)
 {
   Row& parent = _FindRowAbove(*node);
-  _Place(du::SmartPtr<zelk::BaseInstance>(node->instance), parent, _FindNextRow(*node, parent));
+  Row& row = _Place(du::SmartPtr<zelk::BaseInstance>(node->instance), parent, _FindNextRow(*node, parent));
+  _Begin(row, controller, assocHlight);
   if (node->parent && parent.instance == node->parent->instance) {
     const auto* last = node->parent->lastChild;
     parent.hasPlaceholder = last && !last->instance;
@@ -94,10 +94,9 @@ void TextHost::InstanceCreate(guitree::FilteredTree::Node* node,
 
 void TextHost::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<zelk::BaseInstance>& parent,
-                              const du::SmartPtr<guitree::TreeSelectionController>& /*controller*/,
-                              bool /*assocHlight*/)
+                              const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight)
 {
-  _Place(instance, _FindRowAbove(parent), nullptr);
+  _Begin(_Place(instance, _FindRowAbove(parent), nullptr), controller, assocHlight);
 }
 
 void TextHost::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
@@ -167,12 +166,12 @@ TextHost::Row* TextHost::_FindNextRow(const guitree::FilteredTree::Node& node, c
   return nullptr;
 }
 
-void TextHost::_Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next)
+TextHost::Row& TextHost::_Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next)
 {
   Row& row = m_rows[instance.Get()];
   if (row.instance) {
     if (row.parent != &parent && IsInBranch(&parent, row)) {
-      return;
+      return row;
     }
     next = next == &row ? row.next : next;
     Unlink(row);
@@ -183,6 +182,7 @@ void TextHost::_Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& par
   if (m_above.contains(instance.Get())) {
     m_above.clear();
   }
+  return row;
 }
 
 void TextHost::_Erase(Row& top)
@@ -199,6 +199,8 @@ void TextHost::_Erase(Row& top)
     if (above) {
       Unlink(*row);
     }
+    m_selected.erase(row->instance.Get());
+    m_highlighted.erase(row->instance.Get());
     m_rows.erase(row->instance.Get());
     row = above;
   }
@@ -209,6 +211,9 @@ void TextHost::_Clear()
   m_above.clear();
   m_rows.clear();
   m_top = Row{};
+  m_selected.clear();
+  m_highlighted.clear();
+  m_showsScene = false;
 }
 
 }  // namespace texthost

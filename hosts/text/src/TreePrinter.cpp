@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <ostream>
 
+#include "RowMarks.h"
+#include "RowName.h"
+
 namespace texthost {
 
 struct TreePrinter::Signs {
@@ -26,8 +29,8 @@ std::size_t CountSiblings(const auto* first)
 
 }  // namespace
 
-TreePrinter::TreePrinter(std::ostream& out, const PrintStyle& style)
-    : m_out(out), m_style(style), m_signs(_GetSigns(style))
+TreePrinter::TreePrinter(std::ostream& out, const PrintStyle& style, const TextHost& host)
+    : m_out(out), m_style(style), m_host(host), m_signs(_GetSigns(style))
 {
 }
 
@@ -38,9 +41,9 @@ const TreePrinter::Signs& TreePrinter::_GetSigns(const PrintStyle& style)
   return style.ascii ? s_ascii : s_unicode;
 }
 
-void TreePrinter::Print(const TextHost::Row& top)
+void TreePrinter::Print()
 {
-  const TextHost::Row* row = top.firstChild;
+  const TextHost::Row* row = m_host.m_top.firstChild;
   while (row) {
     _PrintRow(*row);
     if (_IsOpen() && row->firstChild) {
@@ -93,14 +96,36 @@ bool TreePrinter::_IsLast(const TextHost::Row& row)
 
 void TreePrinter::_PrintRow(const TextHost::Row& row)
 {
+  _PrintMarks(row);
   _PrintIndent(_IsLast(row));
-  m_out << ReadRowName(*row.instance, m_style.ascii) << _DescribeState(row) << '\n';
+  m_out << ShowName(row.text, m_style.ascii) << _DescribeState(row) << '\n';
 }
 
 void TreePrinter::_PrintPlaceholder()
 {
+  _PrintBlankMarks();
   _PrintIndent(true);
   m_out << m_signs.placeholder << '\n';
+}
+
+void TreePrinter::_PrintMarks(const TextHost::Row& row)
+{
+  if (!m_style.states) {
+    return;
+  }
+  m_out << (m_host.m_selected.contains(row.instance.Get()) ? '>' : ' ');
+  m_out << (m_host.m_highlighted.contains(row.instance.Get()) ? '~' : ' ');
+  if (m_host.m_showsScene) {
+    m_out << GetVisibleMark(row.visible) << (row.icon && IsLoadedIcon(*row.icon) ? '*' : ' ');
+  }
+  m_out << ' ';
+}
+
+void TreePrinter::_PrintBlankMarks()
+{
+  if (m_style.states) {
+    m_out << (m_host.m_showsScene ? "       " : "   ");
+  }
 }
 
 void TreePrinter::_PrintIndent(bool isLast)
@@ -120,9 +145,15 @@ void TreePrinter::_PrintIndent(bool isLast)
   m_out << (m_style.color ? "\x1B[0m" : "");
 }
 
+std::string TreePrinter::_DescribeKind(const TextHost::Row& row) const
+{
+  return m_style.states && row.icon ? DescribeIcon(*row.icon, row.text, m_style.ascii)
+                                    : ShowState(row.text, m_style.ascii);
+}
+
 std::string TreePrinter::_DescribeState(const TextHost::Row& row) const
 {
-  std::string state = ReadRowState(*row.instance, m_style.ascii);
+  std::string state = _DescribeKind(row);
   state = state.empty() ? state : _Mark('[' + state + ']');
   if (!_IsOpen() && (row.firstChild || row.hasPlaceholder)) {
     const std::string count = row.firstChild ? std::to_string(CountSiblings(row.firstChild)) : "";

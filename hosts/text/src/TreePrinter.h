@@ -12,9 +12,9 @@ namespace texthost {
 /// Writes the rows of one host. Lives for one printing. Goes along the links of the rows, without recursion.
 class TreePrinter {
 public:
-  TreePrinter(std::ostream& out, const PrintStyle& style);
+  TreePrinter(std::ostream& out, const PrintStyle& style, const TextHost& host);
 
-  void Print(const TextHost::Row& top);
+  void Print();
 
 private:
   struct Signs;
@@ -29,12 +29,17 @@ private:
   [[nodiscard]] const TextHost::Row* _GoOn(const TextHost::Row& from);
   void _PrintRow(const TextHost::Row& row);
   void _PrintPlaceholder();
+  void _PrintMarks(const TextHost::Row& row);
+  void _PrintBlankMarks();
   void _PrintIndent(bool isLast);
+  /// What stands in brackets behind the name: the icon, or what is known without a scene.
+  [[nodiscard]] std::string _DescribeKind(const TextHost::Row& row) const;
   [[nodiscard]] std::string _DescribeState(const TextHost::Row& row) const;
   [[nodiscard]] std::string _Mark(const std::string& text) const;
 
   std::ostream& m_out;
   const PrintStyle m_style;
+  const TextHost& m_host;
   const Signs& m_signs;
   /// 0 for the topmost rows.
   std::size_t m_level = 0;

@@ -3,10 +3,19 @@
 #include <cstddef>
 #include <iosfwd>
 #include <list>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
+#include "du/Symbol.h"
 #include "guitree/GuiInterface.h"
+
+namespace guitree {
+class GuiTree;
+}
 
 namespace texthost {
 
@@ -18,8 +27,22 @@ struct PrintStyle {
   bool color = false;
   /// How many levels below the topmost rows are printed. A row whose children are left out tells their number: `[+3]`.
   std::size_t depth = s_allLevels;
+  /// Puts marks in front of the lines: selection, associated highlight and, where a scene is shown, the visible state.
+  /// What stands in brackets behind the name is then the type icon, see `GetLegend`.
+  bool states = false;
 
   static constexpr std::size_t s_allLevels = static_cast<std::size_t>(-1);
+};
+
+/// What a row reads of its instance.
+struct RowText {
+  enum class State : unsigned char { Plain, NotLoaded, Failed };
+
+  /// Empty where there is none.
+  du::Symbol name{};
+  /// Of a failed row: the file that it stands for.
+  du::Symbol file{};
+  State state = State::Plain;
 };
 
 /// A host that keeps the rows it is told of and prints them as an indented tree: for terminals and scripts, and as an
@@ -29,16 +52,34 @@ struct PrintStyle {
 /// - A row whose parent has none, since it is hidden, goes under the nearest ancestor that has one, or to the top.
 /// - Brackets are counted, and a finish without a start is passed over.
 ///
-/// Rows hold their instances, so that names can be read when they are printed: an instance lives at least as long as
-/// its row. Owner's thread. A call costs the same however many rows there are, apart from the removal of a row, which
-/// costs those below it; trees may be of any depth.
+/// - A row is what the calls have told of it. Names, icons and states are read when a row comes and when a call tells
+///   that they have changed, never in between; no map is kept.
+///
+/// With `PrintStyle::states` a panel with a scene looks like this (`GetLegend` explains the marks):
+///
+///       [-]  pump
+///     > [x]* ├─ bolt:1
+///      ~[ ]* ├─ bolt:2 [shape failed]
+///       [ ]  └─ seal [no shape]
+///
+/// Rows hold their instances: an instance lives at least as long as its row. Owner's thread. A call costs the same
+/// however many rows there are, apart from the removal of a row, which costs those below it, calls that tell of
+/// several rows, which cost these, and calls that tell of all; trees may be of any depth.
 class TextHost : public guitree::GuiInterface {
 public:
+  using VisibleMap = du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>;
+  using ChangeMap = du::HashMap<const zelk::BaseInstance*, int>;
+
   TextHost() = default;
   /// A copy would share the links of the rows.
   TextHost(const TextHost&) = delete;
   TextHost& operator=(const TextHost&) = delete;
   ~TextHost() override = default;
+
+  /// The panel that this host is for; not owned, null for none. It is asked for what no call brings: how a row looks
+  /// that comes while a scene is shown, and what is selected when the selection is to be read again. Without it such a
+  /// row reads as hidden, and has no icon until a call tells one, and the selection stays as it is.
+  void SetPanel(guitree::GuiTree* panel) noexcept { m_panel = panel; }
 
   /// One line a row, parents first, each ended by `\n`; nothing without rows. Levels from `s_maxIndent` on are not
   /// indented any further and tell their number instead, so that the text grows with the rows and not with their depth.
@@ -56,13 +97,20 @@ public:
   static constexpr std::size_t s_maxIndent = 64;
 
   void SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer) override { m_observer = observer; }
-  /// Nothing to do: all that is printed is read when it is printed.
-  void UpdateVisAndTypeIconChanges(const du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>* /*visibleMap*/,
-                                   const du::HashMap<const zelk::BaseInstance*, int>* /*visibleChangeMap*/,
-                                   guitree::TypeIconMap* /*typeIconMap*/,
-                                   const du::HashMap<const zelk::BaseInstance*, int>* /*typeIconChangeMap*/) override
-  {
-  }
+  void UpdateVisAndTypeIconChanges(const VisibleMap* visibleMap, const ChangeMap* visibleChangeMap,
+                                   guitree::TypeIconMap* typeIconMap, const ChangeMap* typeIconChangeMap) override;
+  void UpdateVisAndTypeIcons(const VisibleMap* visibleMap, guitree::TypeIconMap* typeIconMap) override;
+  void SelectItems(std::vector<du::SmartPtr<zelk::Object>>& items) override;
+  void DeselectItems(std::vector<du::SmartPtr<zelk::Object>>& items) override;
+  void ClearSelection() override;
+  void RefreshSelection() override;
+  void MadeVisible(bool visible) override;
+  /// Answers whether there is such a row.
+  bool SetAssocHlight(zelk::BaseInstance* instance, bool on) override;
+  /// False: every change can be shown in place.
+  bool CheckAndUpdateNodeNameAndType(const du::SmartPtr<zelk::BaseInstance>& instance) override;
+  void UpdateNodeNames() override;
+  void UpdateDisplayNames() override;
   void StartTreeUpdate() override;
   void FinishTreeUpdate() override;
   void ClearTree() override;
@@ -80,11 +128,15 @@ private:
 
   struct Row {
     du::SmartPtr<zelk::BaseInstance> instance;
+    RowText text;
     Row* parent = nullptr;
     Row* firstChild = nullptr;
     Row* lastChild = nullptr;
     Row* previous = nullptr;
     Row* next = nullptr;
+    std::optional<int> icon;
+    /// `VisibleStateNone` for a row that no scene says anything of.
+    guitree::VisibleState visible = guitree::VisibleStateNone;
     bool hasPlaceholder = false;
   };
 
@@ -98,18 +150,37 @@ private:
   [[nodiscard]] Row& _FindRowAbove(const du::SmartPtr<zelk::BaseInstance>& parent);
   [[nodiscard]] Row& _FindRowAbove(const guitree::FilteredTree::Node& node);
   [[nodiscard]] Row* _FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent);
-  void _Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next);
+  Row& _Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next);
   /// The row and all below it.
   void _Erase(Row& top);
   void _Clear();
 
+  /// How a row looks that has just come, or comes again.
+  void _Begin(Row& row, const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight);
+  void _BeginLook(Row& row) const;
+  /// Each row, in the order of the text.
+  template <typename Visit>
+  void _ForEachRow(Visit visit);
+  [[nodiscard]] std::optional<int> _ReadIcon(guitree::TypeIconMap& icons, const zelk::BaseInstance* instance) const;
+  void _Mark(const std::vector<du::SmartPtr<zelk::Object>>& items, bool isSelected);
+  void _ReadSelection();
+
   du::SmartPtr<SceneManagerObserver> m_observer;
+  guitree::GuiTree* m_panel = nullptr;
   std::unordered_map<const zelk::BaseInstance*, Row> m_rows;
   /// Has no instance; the topmost rows are its children.
   Row m_top;
   std::unordered_map<const zelk::BaseInstance*, Above> m_above;
+  /// Of the instances that have rows.
+  std::unordered_set<const zelk::BaseInstance*> m_selected;
+  std::unordered_set<const zelk::BaseInstance*> m_highlighted;
+  /// Whether rows may have a visible state.
+  bool m_showsScene = false;
   int m_depth = 0;
 };
+
+/// The marks of `PrintStyle::states`, explained in a few lines, each ended by `\n`.
+[[nodiscard]] std::string_view GetLegend();
 
 /// What a row is called: the property "Display Name", else the name of the object, else `(unnamed)`. Printable as it
 /// is, see `MakePrintable`.
