@@ -9,8 +9,10 @@ class ScriptedFilter : public structure_utils::TreeFilterInfoBase {
 public:
   bool isFiltering = false;
   bool dynamicUpdate = false;
+  bool filteringName = false;
   bool filteringSel = false;
   bool filteringUsingView = false;
+  du::DualSymbol sortColumn;
 
   [[nodiscard]] TreeFilterInfoBase* Duplicate() override { return new ScriptedFilter(*this); }
   [[nodiscard]] bool IsFiltering(bool /*withHidden*/) const override { return isFiltering; }
@@ -26,7 +28,7 @@ public:
   [[nodiscard]] bool HasDynamicUpdateOption() override { return true; }
   [[nodiscard]] bool GetDynamicUpdate() override { return dynamicUpdate; }
   void SetDynamicUpdate(bool on) override { dynamicUpdate = on; }
-  [[nodiscard]] bool GetFilteringName() override { return false; }
+  [[nodiscard]] bool GetFilteringName() override { return filteringName; }
   [[nodiscard]] bool GetFilteringParts() override { return false; }
   [[nodiscard]] bool GetFilteringBodies() override { return false; }
   [[nodiscard]] bool GetFilteringColumns() override { return false; }
@@ -40,7 +42,7 @@ public:
   [[nodiscard]] bool GetSortDirection() const override { return true; }
   [[nodiscard]] bool GetMatchCase() const override { return false; }
   [[nodiscard]] bool GetMatchWholeWord() const override { return false; }
-  [[nodiscard]] du::DualSymbol GetSortColumn() override { return {}; }
+  [[nodiscard]] du::DualSymbol GetSortColumn() override { return sortColumn; }
   [[nodiscard]] bool GetCollapseInstances() const override { return false; }
   [[nodiscard]] bool GetHideBodies() const override { return false; }
 };

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <set>
+
+#include "guitree/WorldTreeState.h"
+#include "guitree/WorldTreeStateTreeObserver.h"
+#include "testsupport/ScriptedFilter.h"
+
+namespace testsupport {
+
+/// The smallest concrete state of the world's tree: filter and icon come from the members, everything else is what
+/// `guitree::WorldTreeState` does.
+class ScriptedWorldTreeState : public guitree::WorldTreeState {
+public:
+  explicit ScriptedWorldTreeState(guitree::GuiTree& tree) : WorldTreeState(tree) {}
+  ScriptedWorldTreeState(const ScriptedWorldTreeState&) = delete;
+  ScriptedWorldTreeState& operator=(const ScriptedWorldTreeState&) = delete;
+  ~ScriptedWorldTreeState() override
+  {
+    if (onEnd) {
+      onEnd();
+    }
+  }
+
+  ScriptedFilter filter;
+  int unloadedTypeIcon = 0;
+  std::set<const zelk::BaseInstance*> hidden;
+  /// Whether there is an observer at all.
+  bool makesObserver = true;
+  /// Runs with each observer that is made, before it is registered: the only reference that a test may take.
+  std::function<void(const du::SmartPtr<guitree::WorldTreeStateTreeObserver>&)> onObserver;
+  /// Runs inside `GetFilter`, before it answers.
+  std::function<void()> onGetFilter;
+  /// Runs first of all when the state ends.
+  std::function<void()> onEnd;
+
+  [[nodiscard]] int GetUnloadedTypeIcon(const zelk::BaseInstance* /*instance*/,
+                                        const du::SmartPtr<zelk::Scene>& /*scene*/) override
+  {
+    return unloadedTypeIcon;
+  }
+  [[nodiscard]] structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& /*view*/) override
+  {
+    if (const auto hook = onGetFilter) {
+      hook();
+    }
+    return filter;
+  }
+  [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override { return hidden.contains(instance); }
+  [[nodiscard]] du::SmartPtr<guitree::WorldTreeStateTreeObserver> CreateWorldTreeObserver() override
+  {
+    if (!makesObserver) {
+      return {};
+    }
+    auto observer = WorldTreeState::CreateWorldTreeObserver();
+    if (onObserver) {
+      onObserver(observer);
+    }
+    return observer;
+  }
+};
+
+}  // namespace testsupport
