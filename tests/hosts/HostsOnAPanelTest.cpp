@@ -114,14 +114,14 @@ TEST_F(HostsOnAPanel, PopulationInsideAnother_EndsInTheRowsOfOne)
   }
 }
 
-TEST_F(HostsOnAPanel, ResetInsideAPopulation_IsFollowedByTheRestOfTheRows)
+TEST_F(HostsOnAPanel, ResetInsideAPopulation_IsFollowedByNoRow)
 {
   interfering.row = "plate";
   interfering.interfere = [this] { panel.state->Reset(); };
 
   panel.Initialise();
 
-  EXPECT_EQ(text.GetRowCount(), 3U);
+  EXPECT_EQ(text.GetRowCount(), 0U);
 }
 
 TEST_F(HostsOnAPanel, EmptyTree_GivesNoRows)
