@@ -33,10 +33,20 @@ class TypeIconMap;
 /// before children; a parent may be an instance that has no row itself, since hidden instances keep their children.
 /// Instances in the maps and sets that a host is given are identities: to be looked up, never dereferenced.
 ///
-/// A host may call `GuiTree` from inside its own callbacks, and may drop its last reference to a counted `GuiTree`
-/// there. It may edit nothing of the kernel's tree from inside `InstanceCreate`. A population that it starts from
-/// inside a callback of another one is carried out at once, and the outer one goes on afterwards: `InstanceCreate` for
-/// an instance that has a row means to update and move that row.
+/// A host may call the `GuiTree`, its tree state and the kernel from inside its own callbacks: report scenes and views,
+/// select, show and hide, populate, reset, close, put another state in place. That is carried out at once, and what was
+/// under way goes on with what it then finds:
+///
+/// - A population that another one overtakes makes no further row, and what leaves the tree meanwhile gets none.
+///   `InstanceCreate` for an instance that has a row means to update and move that row.
+/// - A view change inside another one leaves one view observer and one selection binding; the outer one has the last
+///   word on the rows.
+/// - A burst of tree events whose observer goes closes the bracket that it has opened.
+/// - The last reference to a counted `GuiTree` may go. No call comes after the `GuiTree` has ended.
+///
+/// Not supported: the end of the host itself inside one of its callbacks; reading the maps of a call after their scene
+/// has been removed in it, or while they are changed; and edits of the kernel's tree that the kernel refuses, as it may
+/// while it tells its observers of another one.
 class GuiInterface {
 public:
   class SceneManagerObserver;
@@ -121,8 +131,8 @@ public:
   virtual void SelectItems(std::vector<du::SmartPtr<zelk::Object>>& items);
   virtual void DeselectItems(std::vector<du::SmartPtr<zelk::Object>>& items);
   virtual void ClearSelection();
-  /// Turns the associated highlight of an instance on or off; the instance may have no row. The result is not looked
-  /// at.
+  /// Turns the associated highlight of an instance on or off; the instance may have no row, and when it is turned off
+  /// it may have ended. The result is not looked at.
   virtual bool SetAssocHlight(zelk::BaseInstance* instance, bool on);
 
   /// A row for a node of a filtered tree; parent and position are read from the node, which is good until the next

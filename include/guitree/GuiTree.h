@@ -105,7 +105,8 @@ public:
   /// Reports of the host, through the observer that `Initialise` hands out. A scene gets a log, and a shape scene is
   /// listened to from then on; a scene that has its log already is left as it is.
   void OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene);
-  /// Ends the log of a scene; nothing for a scene without one. Nothing is repainted, also when the scene was shown.
+  /// Ends the log of a scene; nothing for a scene without one. Nothing is repainted, also when the scene was shown and
+  /// has events under way.
   void OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene);
   /// Follows the view: refills the rows when the tree or the filter is another one, and repaints them otherwise. Null
   /// tells that there is no view any more. Nothing without a tree state.

@@ -76,11 +76,12 @@ void GuiTree::OnSceneRemoved(const du::SmartPtr<zelk::Scene>& scene)
   }
   std::unique_ptr<SceneInfoLog> log(entry->second);
   sceneLogs.erase(entry);
-  _DetachSceneObserver(*log);
-  log->Destroy();
+  // First of all, so that the end of an open run of the scene, which unregistering delivers, repaints nothing.
   if (currentLog == log.get()) {
     currentLog = nullptr;
   }
+  _DetachSceneObserver(*log);
+  log->Destroy();
   log.reset();
   if (!state) {
     return;
