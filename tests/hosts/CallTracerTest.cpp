@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "TestInstance.h"
+#include "guitree/TypeIconMap.h"
 #include "testsupport/ScriptedHost.h"
 #include "zelk/ObjectSelectionItem.h"
 
@@ -102,6 +103,79 @@ TEST_F(CallTracerTest, Maps_ListTheNamesOfKnownInstancesSortedAndMarkOthers)
                                  "typeIcons=no, typeIconChanges=null)",
                                  "UpdateVisAndTypeIcons(visible={bolt: 2, hidden: 1, nut: 1}, typeIcons=no)",
                                  "UpdateVisAndTypeIcons(visible=null, typeIcons=no)"));
+}
+
+TEST_F(CallTracerTest, MapsInWords_TellWhatWasAndWhatIs)
+{
+  const auto bolt = Make("bolt");
+  const auto nut = Make("nut");
+  Create(tracer, nut);
+  Create(tracer, bolt);
+  lines.clear();
+  du::HashMap<const zelk::BaseInstance*, guitree::VisibleState> visible;
+  visible[nut.Get()] = guitree::VisibleStateThumbnailVisible;
+  du::HashMap<const zelk::BaseInstance*, int> changes;
+  changes[nut.Get()] = 7 << 4 | 2;
+  changes[bolt.Get()] = 2 << 4 | 6;
+  guitree::TypeIconMap icons(nullptr);
+  icons.Set(bolt.Get(), 0);
+  du::HashMap<const zelk::BaseInstance*, int> iconChanges;
+  iconChanges[bolt.Get()] = 1;
+  iconChanges[nut.Get()] = 28;
+  tracer.SetMapStyle({.words = true});
+
+  tracer.UpdateVisAndTypeIcons(&visible, &icons);
+  tracer.UpdateVisAndTypeIconChanges(&visible, &changes, &icons, &iconChanges);
+  tracer.UpdateVisAndTypeIcons(nullptr, nullptr);
+
+  EXPECT_THAT(lines,
+              ElementsAre("UpdateVisAndTypeIcons(visible=1, typeIcons=1)",
+                          "UpdateVisAndTypeIconChanges(visible=1, visibleChanges={bolt: hidden-all -> hidden, "
+                          "nut: hidden -> thumbnail-visible}, typeIcons=1, typeIconChanges={bolt: 0 -> 1, nut: -> 28})",
+                          "UpdateVisAndTypeIcons(visible=null, typeIcons=null)"));
+}
+
+TEST_F(CallTracerTest, MapsInWords_ForgetTheIconOfARowThatComesAnew)
+{
+  const auto bolt = Make("bolt");
+  guitree::TypeIconMap icons(nullptr);
+  icons.Set(bolt.Get(), 0);
+  du::HashMap<const zelk::BaseInstance*, int> iconChanges;
+  iconChanges[bolt.Get()] = 1;
+  tracer.SetMapStyle({.words = true});
+  tracer.UpdateVisAndTypeIcons(nullptr, &icons);
+  Create(tracer, bolt);
+  lines.clear();
+
+  tracer.UpdateVisAndTypeIconChanges(nullptr, nullptr, &icons, &iconChanges);
+  iconChanges[bolt.Get()] = 28;
+  tracer.UpdateVisAndTypeIconChanges(nullptr, nullptr, &icons, &iconChanges);
+
+  EXPECT_THAT(lines, ElementsAre("UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=1, "
+                                 "typeIconChanges={bolt: -> 1})",
+                                 "UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=1, "
+                                 "typeIconChanges={bolt: 1 -> 28})"));
+}
+
+TEST_F(CallTracerTest, MapsInListOrder_StandAsTheMapIsWalked)
+{
+  du::HashMap<const zelk::BaseInstance*, int> changes;
+  std::vector<hosttest::Instance> instances;
+  for (const char* name : {"e", "b", "d", "a", "c"}) {
+    instances.push_back(Make(name));
+    tracer.RememberName(*instances.back());
+    changes[instances.back().Get()] = 18;
+  }
+  std::string walked;
+  for (const auto& change : changes) {
+    walked += (walked.empty() ? "" : ", ") + std::string(change.first->GetObjectName()) + ": 18";
+  }
+  tracer.SetMapStyle({.listOrder = true});
+
+  tracer.UpdateVisAndTypeIconChanges(nullptr, &changes, nullptr, nullptr);
+
+  EXPECT_THAT(lines, ElementsAre("UpdateVisAndTypeIconChanges(visible=null, visibleChanges={" + walked
+                                 + "}, typeIcons=no, typeIconChanges=null)"));
 }
 
 TEST_F(CallTracerTest, SetNamer_NamesAllObjects)

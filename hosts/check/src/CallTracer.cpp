@@ -1,7 +1,6 @@
 #include "hostcheck/CallTracer.h"
 
-#include <algorithm>
-
+#include "Join.h"
 #include "zelk/ObjectSelectionItem.h"
 
 namespace hostcheck {
@@ -21,15 +20,6 @@ std::string ShowPresence(const void* object)
 std::string Quote(const du::Symbol& symbol)
 {
   return '"' + std::string(symbol) + '"';
-}
-
-std::string Join(const std::vector<std::string>& texts, char open, char close)
-{
-  std::string joined(1, open);
-  for (const std::string& text : texts) {
-    joined += (joined.size() > 1 ? ", " : "") + text;
-  }
-  return joined + close;
 }
 
 }  // namespace
@@ -69,6 +59,7 @@ std::string CallTracer::_NameOfRow(const zelk::BaseInstance* instance) const
 {
   if (instance) {
     RememberName(*instance);
+    m_icons.erase(instance);
   }
   return _NameOf(instance);
 }
@@ -105,23 +96,6 @@ std::string CallTracer::_ShowInstances(const std::list<zelk::BaseInstance*>* ins
     names.push_back(_NameOf(instance));
   }
   return Join(names, '[', ']');
-}
-
-// The order of a map follows addresses; by name, the lines of two runs are the same.
-template <typename V>
-std::string CallTracer::_ShowMap(const du::HashMap<const zelk::BaseInstance*, V>* map) const
-{
-  if (!map) {
-    return "null";
-  }
-  std::vector<std::string> entries;
-  entries.reserve(map->size());
-  for (const auto& [instance, value] : *map) {
-    const auto name = m_names.find(instance);
-    entries.push_back((name != m_names.end() ? name->second : "?") + ": " + std::to_string(static_cast<int>(value)));
-  }
-  std::sort(entries.begin(), entries.end());
-  return Join(entries, '{', '}');
 }
 
 void CallTracer::SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer)
@@ -212,24 +186,6 @@ void CallTracer::UpdateTooltips()
 {
   _OnCall("UpdateTooltips()");
   ForwardingHost::UpdateTooltips();
-}
-
-void CallTracer::UpdateVisAndTypeIconChanges(
-    const du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>* visibleMap,
-    const du::HashMap<const zelk::BaseInstance*, int>* visibleChangeMap, guitree::TypeIconMap* typeIconMap,
-    const du::HashMap<const zelk::BaseInstance*, int>* typeIconChangeMap)
-{
-  _OnCall("UpdateVisAndTypeIconChanges(visible=" + _ShowMap(visibleMap)
-          + ", visibleChanges=" + _ShowMap(visibleChangeMap) + ", typeIcons=" + ShowPresence(typeIconMap)
-          + ", typeIconChanges=" + _ShowMap(typeIconChangeMap) + ")");
-  ForwardingHost::UpdateVisAndTypeIconChanges(visibleMap, visibleChangeMap, typeIconMap, typeIconChangeMap);
-}
-
-void CallTracer::UpdateVisAndTypeIcons(const du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>* visibleMap,
-                                       guitree::TypeIconMap* typeIconMap)
-{
-  _OnCall("UpdateVisAndTypeIcons(visible=" + _ShowMap(visibleMap) + ", typeIcons=" + ShowPresence(typeIconMap) + ")");
-  ForwardingHost::UpdateVisAndTypeIcons(visibleMap, typeIconMap);
 }
 
 void CallTracer::UpdateQuickSearchResults(bool populated, const du::SmartPtr<zelk::View>& view, bool filterNeeded)

@@ -10,6 +10,17 @@
 
 namespace hostcheck {
 
+/// How `CallTracer` writes the maps of visible states and type icons.
+struct MapStyle {
+  /// For people: of the whole maps their sizes, of the changes what was and what is, as in `bolt: visible -> hidden`
+  /// and `bolt: 0 -> 1`. `-all` and `-mixed` behind a state tell of the children; an icon that was not known before
+  /// reads `bolt: -> 1`. Without words all entries are written, by their numbers.
+  bool words = false;
+  /// As a host walks the map. That order follows addresses: by name, as it is otherwise, the lines of two runs are the
+  /// same.
+  bool listOrder = false;
+};
+
 /// Writes every call with its arguments as one line of text, in the order in which the calls come, and passes it on:
 /// `InstanceCreate(bolt, parent=plate, controller=no, assoc=false)`. A call with an answer comes with it, as in
 /// `IsTreeVisibleInUI() -> true`, once the next host has given it; all others are written before they are passed on.
@@ -24,6 +35,7 @@ public:
 
   /// How objects are named. Without a namer, and with an empty one, by `zelk::Object::GetObjectName`, or `unnamed`.
   void SetNamer(Namer namer) { m_namer = std::move(namer); }
+  void SetMapStyle(const MapStyle& style) { m_mapStyle = style; }
   /// Whether calls that only ask are written; they are from the start. A call that also tells is always written.
   void SetShowQuestions(bool show) noexcept { m_showQuestions = show; }
 
@@ -107,12 +119,24 @@ private:
   [[nodiscard]] std::string _NameOfItem(const zelk::Object* item) const;
   [[nodiscard]] std::string _ShowItems(const std::vector<du::SmartPtr<zelk::Object>>& items) const;
   [[nodiscard]] std::string _ShowInstances(const std::list<zelk::BaseInstance*>* instances) const;
-  template <typename V>
-  [[nodiscard]] std::string _ShowMap(const du::HashMap<const zelk::BaseInstance*, V>* map) const;
+  template <typename Map, typename ShowValue>
+  [[nodiscard]] std::string _ShowEntries(const Map* map, ShowValue showValue) const;
+  /// All of a map, or its size.
+  template <typename Map>
+  [[nodiscard]] std::string _ShowWhole(const Map* map) const;
+  [[nodiscard]] std::string _ShowIcons(const guitree::TypeIconMap* map) const;
+  [[nodiscard]] std::string _ShowVisibleChanges(const du::HashMap<const zelk::BaseInstance*, int>* changes) const;
+  [[nodiscard]] std::string _ShowIconChanges(const du::HashMap<const zelk::BaseInstance*, int>* changes) const;
+  /// For the next call that tells of changes.
+  template <typename Map>
+  void _RememberIcons(const Map* map);
 
   Sink m_sink;
   Namer m_namer;
+  MapStyle m_mapStyle;
   bool m_showQuestions = true;
+  /// The icons as the calls have told them; kept only for `MapStyle::words`.
+  mutable std::unordered_map<const zelk::BaseInstance*, int> m_icons;
   mutable std::unordered_map<const zelk::BaseInstance*, std::string> m_names;
 };
 
