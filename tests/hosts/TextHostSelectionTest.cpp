@@ -2,7 +2,6 @@
 
 #include "TestInstance.h"
 #include "TextOf.h"
-#include "testsupport/Panel.h"
 #include "testsupport/ScriptedSelectionController.h"
 #include "zelk/ObjectSelectionItem.h"
 
@@ -166,63 +165,6 @@ TEST_F(TextHostSelection, NamesAndTypes_ChangeWhenTheHostIsTold)
             "   root\n"
             "   |- M8\n"
             "   `- hexagon\n");
-}
-
-/// A text host on a panel that it knows.
-class TextHostOnItsPanel : public testing::Test {
-protected:
-  void SetUp() override
-  {
-    panel.gui->SetGuiInterface(&host);
-    host.SetPanel(panel.gui.Get());
-  }
-  void TearDown() override { panel.gui->Close(); }
-
-  [[nodiscard]] std::string Text() const { return hosttest::TextOf(host, {.ascii = true, .states = true}); }
-
-  texthost::TextHost host;
-  testsupport::Panel panel{"root[bolt nut]"};
-};
-
-TEST_F(TextHostOnItsPanel, Refresh_ReadsTheSelectionOfThePanel)
-{
-  panel.Initialise();
-  const auto controller = panel.UseSelController();
-  controller->selected = {panel.kernel["nut"], panel.kernel["bolt"]};
-  EXPECT_EQ(Text(),
-            "   root\n"
-            "   |- bolt\n"
-            "   `- nut\n");
-
-  host.RefreshSelection();
-  EXPECT_EQ(Text(),
-            "   root\n"
-            ">  |- bolt\n"
-            ">  `- nut\n");
-
-  controller->selected = {panel.kernel["nut"]};
-  host.MadeVisible(false);
-  EXPECT_TRUE(Text().find(">  |- bolt") != std::string::npos);
-  host.MadeVisible(true);
-  EXPECT_EQ(Text(),
-            "   root\n"
-            "   |- bolt\n"
-            ">  `- nut\n");
-}
-
-TEST_F(TextHostOnItsPanel, RefreshWithoutAController_ClearsTheSelection)
-{
-  panel.Initialise();
-  Items items{panel.kernel["bolt"]};
-  host.SelectItems(items);
-  panel.state->selController.Reset();
-
-  host.RefreshSelection();
-
-  EXPECT_EQ(Text(),
-            "   root\n"
-            "   |- bolt\n"
-            "   `- nut\n");
 }
 
 }  // namespace
