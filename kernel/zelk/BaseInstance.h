@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <vector>
 
@@ -41,6 +42,12 @@ public:
   /// Null for an instance without a tree.
   virtual void GetBaseTree(du::SmartPtr<BaseTree>& out) const = 0;
   [[nodiscard]] virtual bool HasChildren() const = 0;
+  /// Tells whether the list of children is still the one that somebody has looked through, so that nobody need look
+  /// again. 0, the default, makes no promise. Any other value goes up by exactly one with each child that comes, and by
+  /// more with each that goes, turns into a 3D symbol or ceases to be one (`Instance::Is3dSymbol`). It is never one
+  /// that another instance at the same address has had. Who answers it announces a new child before the list changes
+  /// again. Constant cost; owner's thread alone.
+  [[nodiscard]] virtual std::uint64_t GetChildListRevision() const { return 0; }
 
   [[nodiscard]] const ClassType& GetClassTypes() const override;
 

@@ -7,6 +7,7 @@
 namespace kernelcontract {
 
 [[nodiscard]] std::vector<ContractCase> GetTreeCases();
+[[nodiscard]] std::vector<ContractCase> GetChildListCases();
 [[nodiscard]] std::vector<ContractCase> GetTreeObserverCases();
 [[nodiscard]] std::vector<ContractCase> GetLockCases();
 [[nodiscard]] std::vector<ContractCase> GetSelectionCases();

@@ -27,8 +27,8 @@ private:
 std::vector<ContractCase> CollectCases()
 {
   std::vector<ContractCase> all;
-  for (auto* getCases : {&GetTreeCases, &GetTreeObserverCases, &GetLockCases, &GetSelectionCases, &GetAsyncCases,
-                         &GetSceneCases, &GetLoaderCases}) {
+  for (auto* getCases : {&GetTreeCases, &GetChildListCases, &GetTreeObserverCases, &GetLockCases, &GetSelectionCases,
+                         &GetAsyncCases, &GetSceneCases, &GetLoaderCases}) {
     std::vector<ContractCase> cases = getCases();
     std::move(cases.begin(), cases.end(), std::back_inserter(all));
   }

@@ -7,6 +7,11 @@ bool KernelUnderTest::RenameInstance(const du::SmartPtr<zelk::Instance>& /*insta
   return false;
 }
 
+bool KernelUnderTest::Set3dSymbol(const du::SmartPtr<zelk::Instance>& /*instance*/, bool /*on*/)
+{
+  return false;
+}
+
 std::shared_ptr<void> KernelUnderTest::OpenBatch()
 {
   return nullptr;

@@ -148,6 +148,11 @@ bool Instance::HasChildren() const
   return m_firstChild != nullptr;
 }
 
+std::uint64_t Instance::GetChildListRevision() const
+{
+  return IsInTree() ? m_product->m_tree->tree->_GetChildListRevision(*this) : 0;
+}
+
 du::SmartPtr<zelk::Instance> Instance::GetFirstMultiInstancedSibling() const
 {
   const Instance* first = this;

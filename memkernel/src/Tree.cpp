@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "ChildListRevisions.h"
 #include "InstanceBits.h"
 #include "SiblingGroups.h"
 #include "TreeLink.h"
@@ -31,7 +32,12 @@ TreeBatch::~TreeBatch()
   m_tree->m_observers.EndRun();
 }
 
-Tree::Tree() : m_link(du::MakeSmart<TreeLink>(this)), m_groups(std::make_unique<SiblingGroups>()) {}
+Tree::Tree()
+    : m_link(du::MakeSmart<TreeLink>(this)),
+      m_groups(std::make_unique<SiblingGroups>()),
+      m_revisions(std::make_unique<ChildListRevisions>())
+{
+}
 
 Tree::~Tree()
 {
@@ -445,6 +451,7 @@ du::SmartPtr<Instance> Tree::_Insert(const du::SmartPtr<Instance>& parent, Insta
     instance->_SetFlags(InstanceInTree, true);
     m_count.fetch_add(1, std::memory_order_relaxed);
   }
+  m_revisions->OnChildAdded(*parent);
   if (!m_observers.IsEmpty()) {
     const du::SmartPtr<Instance> kept(parent.Get());
     _TellCreated(instance, kept);
@@ -460,6 +467,7 @@ du::SmartPtr<Instance> Tree::_TakeOut(const du::SmartPtr<Instance>& top)
     m_groups->OnUnlinking(*parent, *top);
     parent->_UnlinkChild(top.Get());
     du::ReleaseReference(top.Get(), nullptr);
+    m_revisions->OnOtherChange(*parent);
   } else {
     const std::lock_guard rootLock(m_rootMutex);
     m_root.Reset();
@@ -475,6 +483,7 @@ void Tree::_LeaveTree(Instance& top)
     auto& leaving = const_cast<Instance&>(*next);
     leaving._SetFlags(InstanceInTree, false);
     m_groups->Forget(leaving);
+    m_revisions->Forget(leaving);
     ++count;
   }
   m_count.fetch_sub(count, std::memory_order_relaxed);
@@ -483,9 +492,15 @@ void Tree::_LeaveTree(Instance& top)
 bool Tree::_ChangeFlags(Instance& instance, unsigned int flags, bool on)
 {
   const unsigned int before = instance.m_flags;
-  const WriteGuard guard(m_lock);
-  instance._SetFlags(flags, on);
-  return instance.m_flags != before;
+  {
+    const WriteGuard guard(m_lock);
+    instance._SetFlags(flags, on);
+  }
+  const unsigned int changed = instance.m_flags ^ before;
+  if ((changed & Instance3dSymbol) != 0 && instance.m_parent) {
+    m_revisions->OnOtherChange(*instance.m_parent);
+  }
+  return changed != 0;
 }
 
 template <typename Call>
@@ -521,6 +536,11 @@ void Tree::_TellRemoved(const du::SmartPtr<Instance>& top, const du::SmartPtr<In
 const Instance* Tree::_FindFirstOfGroup(const Instance& parent, const Product& product) const
 {
   return m_groups->GetFirst(parent, product);
+}
+
+std::uint64_t Tree::_GetChildListRevision(const Instance& parent)
+{
+  return m_revisions->Get(parent);
 }
 
 }  // namespace memkernel

@@ -66,6 +66,10 @@ public:
   {
     return KernelUnderTest::RenameInstance(instance, name);
   }
+  bool Set3dSymbol(const du::SmartPtr<zelk::Instance>& instance, bool on) override
+  {
+    return KernelUnderTest::Set3dSymbol(instance, on);
+  }
   std::shared_ptr<void> OpenBatch() override { return KernelUnderTest::OpenBatch(); }
   du::SmartPtr<zelk::ShapeScene> CreateScene() override { return KernelUnderTest::CreateScene(); }
   du::SmartPtr<zelloader::Loader> GetLoader() override { return KernelUnderTest::GetLoader(); }

@@ -51,6 +51,11 @@ bool MemKernelUnderTest::RenameInstance(const du::SmartPtr<zelk::Instance>& inst
   return m_world->GetMemTree().Rename(ToMem(instance), ToSymbol(name));
 }
 
+bool MemKernelUnderTest::Set3dSymbol(const du::SmartPtr<zelk::Instance>& instance, bool on)
+{
+  return m_world->GetMemTree().SetFlags(ToMem(instance), memkernel::Instance3dSymbol, on);
+}
+
 std::shared_ptr<void> MemKernelUnderTest::OpenBatch()
 {
   return std::make_shared<memkernel::TreeBatch>(m_world->GetMemTree());

@@ -23,6 +23,7 @@ public:
                                            const std::string& name) override;
   void RemoveInstance(const du::SmartPtr<zelk::Instance>& instance) override;
   bool RenameInstance(const du::SmartPtr<zelk::Instance>& instance, const std::string& name) override;
+  bool Set3dSymbol(const du::SmartPtr<zelk::Instance>& instance, bool on) override;
   std::shared_ptr<void> OpenBatch() override;
 
   du::SmartPtr<zelk::ShapeScene> CreateScene() override { return m_world->CreateShapeScene(); }

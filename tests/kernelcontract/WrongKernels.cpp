@@ -6,6 +6,7 @@
 #include <shared_mutex>
 
 #include "MemKernelUnderTest.h"
+#include "WrongRevisions.h"
 #include "zelk/TreeObserver.h"
 
 namespace contracttest {
@@ -323,6 +324,16 @@ const std::vector<WrongKernel>& GetWrongKernels()
       {"VisitsChildrenFirst", "Tree.Visit_DeliversEachInstanceOnceParentsFirst", &Make<WithTree<BackwardVisitingTree>>},
       {"IgnoresTheVisitorsAnswer", "Tree.Visit_EndsWhenTheVisitorSaysSo", &Make<WithTree<BackwardVisitingTree>>},
       {"RemovesNothing", "Tree.TheNumberOfInstances_FollowsEachEdit", &Make<LazyKernel>},
+      {"NeverRaisesARevision", "ChildList.ARevision_IsRaisedByOneWithEachChildThatComes",
+       &Make<WithRevisions<&AnswerTheSame>>},
+      {"LowersTheRevisionForAChildThatGoes", "ChildList.ARevision_IsRaisedByMoreWithEachChildThatGoes",
+       &Make<WithRevisions<&AnswerTheNumberOfChildren>>},
+      {"KeepsTheRevisionForANew3dSymbol", "ChildList.ARevision_IsRaisedByMoreWhereAChildTurnsIntoA3dSymbolOrBack",
+       &Make<WithRevisions<&AnswerTheNumberOfChildren>>},
+      {"RaisesTheRevisionForGrandchildren", "ChildList.ARevision_StaysWhereTheListOfChildrenDoes",
+       &Make<WithRevisions<&AnswerTheNumberOfAllInstances>>},
+      {"BeginsEachRevisionAnew", "ChildList.ARevision_OfOneInstance_IsNeverThatOfAnotherAtItsAddress",
+       &Make<WithRevisions<&AnswerTheNumberOfChildren>>},
       {"ReplaysNothing", "TreeObserver.WithReplay_TheObserverIsToldOfWhatExistsInBrackets",
        &Make<WithTree<ForgetfulTree>>},
       {"LeavesTheBracketsOut", "TreeObserver.ASingleEdit_IsToldInBrackets", &Make<WithTree<UnbracketedTree>>},

@@ -39,6 +39,8 @@ public:
   virtual void RemoveInstance(const du::SmartPtr<zelk::Instance>& instance) = 0;
   /// False where names cannot be changed.
   virtual bool RenameInstance(const du::SmartPtr<zelk::Instance>& instance, const std::string& name);
+  /// Turns an instance into a 3D symbol, or a 3D symbol into something else. False where that never changes.
+  virtual bool Set3dSymbol(const du::SmartPtr<zelk::Instance>& instance, bool on);
   /// Opens a run of edits; it ends when the result is destroyed. Null where a kernel has no such thing.
   virtual std::shared_ptr<void> OpenBatch();
 

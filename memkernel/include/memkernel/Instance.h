@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -53,6 +54,9 @@ public:
   void GetBaseParent(du::SmartPtr<zelk::BaseInstance>& out) const override;
   void GetBaseTree(du::SmartPtr<zelk::BaseTree>& out) const override;
   [[nodiscard]] bool HasChildren() const override;
+  /// 0 as well once the instance, or one above it, has been removed. From the first call on the tree keeps some 40
+  /// bytes for the instance.
+  [[nodiscard]] std::uint64_t GetChildListRevision() const override;
 
   [[nodiscard]] du::SmartPtr<zelk::Instance> GetFirstMultiInstancedSibling() const override;
   void GetAllMultiInstancedSibling(std::vector<du::SmartPtr<zelk::Instance>>& out) const override;

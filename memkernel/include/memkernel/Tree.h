@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
@@ -17,6 +18,7 @@
 
 namespace memkernel {
 
+class ChildListRevisions;
 class SiblingGroups;
 class TreeBatch;
 
@@ -129,6 +131,7 @@ private:
   void _TellCreated(const du::SmartPtr<Instance>& instance, const du::SmartPtr<Instance>& parent);
   void _TellRemoved(const du::SmartPtr<Instance>& top, const du::SmartPtr<Instance>& parent);
   [[nodiscard]] const Instance* _FindFirstOfGroup(const Instance& parent, const Product& product) const;
+  [[nodiscard]] std::uint64_t _GetChildListRevision(const Instance& parent);
 
   const du::SmartPtr<TreeLink> m_link;
   mutable ReadWriteLock m_lock;
@@ -137,6 +140,7 @@ private:
   du::SmartPtr<Instance> m_root;
   std::atomic<unsigned int> m_count{0};
   std::unique_ptr<SiblingGroups> m_groups;
+  std::unique_ptr<ChildListRevisions> m_revisions;
   /// The product keys that are taken, and for each the number that was put behind it last.
   std::unordered_map<const char*, unsigned int> m_keys;
   std::vector<du::Symbol> m_subKeys;
