@@ -140,6 +140,10 @@ public:
   void ForceVisibleIconHidden(const du::SmartPtr<zelk::BaseInstance>& instance);
   void MarkTypeIconChanged(const zelk::BaseInstance* instance);
   void RemoveFromLogs(const du::SmartPtr<zelk::BaseInstance>& instance);
+  /// For all logs: `instance` has just come to `parent`, as the last change of its children, so that the next event
+  /// below that parent need not look at all of them. Where it comes before `RemoveFromLogs`, that holds also for an
+  /// instance at an address that a log still knows. Never needed; nothing for a null argument.
+  void NoteChildAdded(const du::SmartPtr<zelk::BaseInstance>& instance, const du::SmartPtr<zelk::BaseInstance>& parent);
 
   /// The colour of the associated highlight has changed in the current view; nothing without one.
   void OnUpdateAssocHlightColor();

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+
 #include "du/HashMap.h"
 #include "du/SmartPtr.h"
 #include "guitree/TypeIconMap.h"
@@ -25,6 +30,10 @@ enum ECompVisible {
 /// changed since the host was last told. Made by a tree state, owned by the `GuiTree`. Owner's thread.
 ///
 /// A null instance is ignored everywhere, and answers as one that is in no map.
+///
+/// Of a parent with many children the log keeps how many of them are in which state, as long as the kernel tells that
+/// they are still the same ones (`zelk::BaseInstance::GetChildListRevision`). A derived log looks at the children each
+/// time instead, since it may answer another state for them than the recorded one.
 class SceneInfoLog {
 public:
   using VisibleMap = du::HashMap<const zelk::BaseInstance*, VisibleState>;
@@ -46,7 +55,8 @@ public:
   /// is one; a state that is back where the batch found it leaves no change.
   virtual bool SetVisible(zelk::BaseInstance* instance, VisibleState state);
   /// Works out the state from the children, unless it is a thumbnail, and records it. With `propagate` the parents
-  /// follow, up to the first one that does not change. Costs the number of children a level.
+  /// follow, up to the first one that does not change. Constant cost a level; but where the children have changed since
+  /// they were last looked at, or nothing tells whether they have, it costs their number.
   virtual void SetVisible(zelk::BaseInstance* instance, ECompVisible visible, bool propagate);
   /// Records plain hidden, whatever the children say; the parents are left alone.
   virtual void ForceVisibleToHidden(zelk::BaseInstance* instance);
@@ -88,7 +98,38 @@ public:
 private:
   friend class GuiTree;
 
+  /// What the children of a parent say, 3D symbols left out. It does not depend on their order, so that a change of one
+  /// child can be counted without a look at the others.
+  class ChildTally {
+  public:
+    /// `change` is 1 for a child that enters the state, and -1 for one that leaves it.
+    void Count(VisibleState state, int change = 1);
+    [[nodiscard]] bool IsMixed() const;
+    /// The state of the parent, if it is visible itself.
+    [[nodiscard]] VisibleState GetAggregate() const;
+
+    /// The revision of the list that has been counted.
+    std::uint64_t revision = 0;
+
+  private:
+    enum Kind : std::size_t { Ignored, Hidden, Visible, Mixed };
+
+    [[nodiscard]] static Kind _GetKind(VisibleState state);
+
+    std::array<std::size_t, 4> m_counts{};
+  };
+
+  /// A child has come to `parent`, as the last change of its children.
+  void _NoteChildAdded(const zelk::BaseInstance& parent, const zelk::BaseInstance& child);
+  /// Null if the children have to be looked at.
+  [[nodiscard]] ChildTally* _FindTally(const zelk::BaseInstance& parent);
+  /// Before `state` is stored for `child`.
+  void _MoveInTally(const zelk::BaseInstance& child, VisibleState state);
+  [[nodiscard]] bool _MayKeepTallies() const;
+  [[nodiscard]] VisibleState _WalkChildren(const zelk::BaseInstance& parent);
+
   [[nodiscard]] VisibleState _GetState(const zelk::BaseInstance* instance) const;
+  void _StoreState(const zelk::BaseInstance& instance, VisibleState state);
   [[nodiscard]] VisibleState _WorkOutState(const zelk::BaseInstance& instance, ECompVisible visible);
   [[nodiscard]] VisibleState _AggregateChildren(const zelk::BaseInstance& instance);
   [[nodiscard]] bool _NoteVisibleChange(const zelk::BaseInstance* instance, VisibleState state);
@@ -105,6 +146,7 @@ private:
   ChangeMap typeIconChangeMap;
   GuiTree* guiTree;
   du::SmartPtr<zelk::Scene> scene;
+  std::unordered_map<const zelk::BaseInstance*, ChildTally> m_tallies;
 };
 
 }  // namespace guitree

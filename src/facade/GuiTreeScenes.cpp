@@ -220,6 +220,17 @@ void GuiTree::RemoveFromLogs(const du::SmartPtr<zelk::BaseInstance>& instance)
   }
 }
 
+void GuiTree::NoteChildAdded(const du::SmartPtr<zelk::BaseInstance>& instance,
+                             const du::SmartPtr<zelk::BaseInstance>& parent)
+{
+  if (!instance || !parent) {
+    return;
+  }
+  for (const auto& [scene, log] : sceneLogs) {
+    log->_NoteChildAdded(*parent, *instance);
+  }
+}
+
 SceneInfoLog* GuiTree::GetLog(const du::SmartPtr<zelk::ShapeScene>& scene) const
 {
   return _FindLog(scene);

@@ -3,7 +3,6 @@
 #include "guitree/GuiTree.h"
 #include "guitree/TreeStateBase.h"
 #include "sceneinfo/ShapeSceneObserver.h"
-#include "zelk/Instance.h"
 
 namespace guitree {
 namespace {
@@ -31,12 +30,6 @@ constexpr int s_stateMask = (1 << s_stateBits) - 1;
 [[nodiscard]] bool IsLoadedIcon(int icon)
 {
   return (icon & 1) != 0;
-}
-
-[[nodiscard]] bool IsLeftOutOfVisibility(const zelk::BaseInstance& child)
-{
-  const auto* instance = dynamic_cast<const zelk::Instance*>(&child);
-  return instance && instance->Is3dSymbol();
 }
 
 [[nodiscard]] ECompVisible ToCompVisible(VisibleState state)
@@ -67,6 +60,7 @@ void SceneInfoLog::Initialise(const du::SmartPtr<zelk::Scene>& newScene)
   lastChangeWord = 0;
   lastVisibleState = VisibleStateHidden;
   visibleMap.clear();
+  m_tallies.clear();
   visibleChangeMap.clear();
   typeIconMap.Clear();
   typeIconChangeMap.clear();
@@ -81,7 +75,11 @@ void SceneInfoLog::Destroy()
 
 void SceneInfoLog::RemoveFromLog(zelk::BaseInstance* instance)
 {
-  visibleMap.erase(instance);
+  if (!instance) {
+    return;
+  }
+  _StoreState(*instance, VisibleStateHidden);
+  m_tallies.erase(instance);
   typeIconMap.ResetIcon(instance);
 }
 
@@ -90,11 +88,7 @@ bool SceneInfoLog::SetVisible(zelk::BaseInstance* instance, VisibleState state)
   if (!instance || !_NoteVisibleChange(instance, state)) {
     return false;
   }
-  if (state == VisibleStateHidden) {
-    visibleMap.erase(instance);
-  } else {
-    visibleMap.insert_or_assign(instance, state);
-  }
+  _StoreState(*instance, state);
   return true;
 }
 
@@ -228,6 +222,16 @@ VisibleState SceneInfoLog::_GetState(const zelk::BaseInstance* instance) const
   return known != visibleMap.end() ? known->second : VisibleStateHidden;
 }
 
+void SceneInfoLog::_StoreState(const zelk::BaseInstance& instance, VisibleState state)
+{
+  _MoveInTally(instance, state);
+  if (state == VisibleStateHidden) {
+    visibleMap.erase(&instance);
+  } else {
+    visibleMap.insert_or_assign(&instance, state);
+  }
+}
+
 VisibleState SceneInfoLog::_WorkOutState(const zelk::BaseInstance& instance, ECompVisible visible)
 {
   if (visible == CompThumbnailVisible) {
@@ -242,35 +246,8 @@ VisibleState SceneInfoLog::_WorkOutState(const zelk::BaseInstance& instance, ECo
 
 VisibleState SceneInfoLog::_AggregateChildren(const zelk::BaseInstance& instance)
 {
-  bool sawVisible = false;
-  bool sawHidden = false;
-  du::SmartPtr<zelk::BaseInstance> child;
-  for (instance.GetBaseFirstChild(child); child; child->GetBaseNextSibling(child)) {
-    if (IsLeftOutOfVisibility(*child)) {
-      continue;
-    }
-    switch (GetCompVisibleState(child)) {
-      case VisibleStateVisible:
-      case VisibleStateVisibleAllChildren:
-      case VisibleStateHiddenAllChildren:
-      case VisibleStateThumbnailVisible:
-        sawVisible = true;
-        break;
-      case VisibleStateHidden:
-        sawHidden = true;
-        break;
-      case VisibleStateVisibleMixed:
-      case VisibleStateHiddenMixed:
-      case VisibleStateThumbnailHidden:
-        return VisibleStateVisibleMixed;
-      case VisibleStateNone:
-        break;
-    }
-    if (sawVisible && sawHidden) {
-      return VisibleStateVisibleMixed;
-    }
-  }
-  return sawVisible ? VisibleStateVisibleAllChildren : VisibleStateVisible;
+  const ChildTally* tally = _FindTally(instance);
+  return tally ? tally->GetAggregate() : _WalkChildren(instance);
 }
 
 bool SceneInfoLog::_NoteVisibleChange(const zelk::BaseInstance* instance, VisibleState state)
