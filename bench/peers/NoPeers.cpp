@@ -7,4 +7,9 @@ std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& /*tree*/)
   return {};
 }
 
+std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& /*tree*/)
+{
+  return {};
+}
+
 }  // namespace bench

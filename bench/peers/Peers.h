@@ -27,6 +27,24 @@ public:
   virtual void Clear() = 0;
 };
 
+/// A filled and filtered model of the rows that takes more of them.
+class InsertionPeer {
+public:
+  InsertionPeer() = default;
+  InsertionPeer(const InsertionPeer&) = delete;
+  InsertionPeer& operator=(const InsertionPeer&) = delete;
+  virtual ~InsertionPeer() = default;
+
+  [[nodiscard]] virtual std::string GetName() const = 0;
+  /// Appends rows, one by one, to one parent in the middle of the tree. They pass the filter.
+  virtual void Insert(std::size_t rows) = 0;
+  /// Removes them, and answers how many of them were shown.
+  [[nodiscard]] virtual std::size_t TakeBack() = 0;
+};
+
+/// As `MakePeers`. The texts are read when the peers are made.
+[[nodiscard]] std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree);
+
 /// The peers of this build, for a tree that outlives them; none if they were left out.
 [[nodiscard]] std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& tree);
 

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include <QSortFilterProxyModel>
 #include <QStandardItemModel>
 #include <QString>
 #include <QVariant>
@@ -109,7 +110,90 @@ private:
   std::optional<LeanModel> m_model;
 };
 
+/// Fills `model` with the rows of the tree; answers the last row of the first half of the walk that has children.
+QStandardItem* FillStandardItems(const zelk::BaseTree& tree, const Texts& texts, QStandardItemModel& model)
+{
+  std::vector<QStandardItem*> path{model.invisibleRootItem()};
+  std::size_t walked = 0;
+  QStandardItem* assembly = nullptr;
+  WalkDepthFirst(tree, [&](const zelk::BaseInstance& instance, std::size_t depth) {
+    path.resize(depth + 1);
+    auto* item = new QStandardItem(texts.inOrder[walked]);
+    path.back()->appendRow(item);
+    path.push_back(item);
+    ++walked;
+    if (walked <= texts.inOrder.size() / 2 && instance.HasChildren()) {
+      assembly = item;
+    }
+  });
+  return assembly;
+}
+
+/// What a Qt panel does that filters: the model behind a proxy which keeps the ancestors of a match. Every row that
+/// passes has been read, as by a view that is expanded everywhere.
+class FilterProxy final : public InsertionPeer {
+public:
+  FilterProxy(const zelk::BaseTree& tree, std::string name, const QString& filter)
+      : m_name(std::move(name)), m_parent(FillStandardItems(tree, *MakeTexts(tree), m_model))
+  {
+    m_proxy.setRecursiveFilteringEnabled(true);
+    m_proxy.setFilterFixedString(filter);
+    m_rowsBefore = m_parent->rowCount();
+    Attach();
+    // Not asked of the proxy: it maps a hidden parent then, and does not show it any more when it should.
+    for (int row = 0; row < m_rowsBefore; ++row) {
+      m_shownBefore += m_parent->child(row)->text().contains(filter) ? 1 : 0;
+    }
+  }
+
+  std::string GetName() const override { return m_name; }
+  void Insert(std::size_t rows) override
+  {
+    for (std::size_t i = 0; i < rows; ++i) {
+      // The row comes with its text, which a filter that has to show the ancestors looks at.
+      m_parent->insertRows(m_parent->rowCount(), {new QStandardItem("New part")});
+    }
+  }
+  std::size_t TakeBack() override
+  {
+    const int shown = CountShownChildren() - m_shownBefore;
+    // From the start again: the proxy keeps ancestors that have lost their last match, and does not show the next one.
+    m_proxy.setSourceModel(nullptr);
+    m_parent->removeRows(m_rowsBefore, m_parent->rowCount() - m_rowsBefore);
+    Attach();
+    return static_cast<std::size_t>(shown);
+  }
+
+private:
+  void Attach()
+  {
+    m_proxy.setSourceModel(&m_model);
+    ReadModel(m_proxy);
+  }
+  [[nodiscard]] int CountShownChildren() const
+  {
+    const QModelIndex parent = m_proxy.mapFromSource(m_parent->index());
+    return parent.isValid() ? m_proxy.rowCount(parent) : 0;
+  }
+
+  const std::string m_name;
+  QStandardItemModel m_model;
+  QStandardItem* const m_parent;
+  QSortFilterProxyModel m_proxy;
+  int m_rowsBefore = 0;
+  int m_shownBefore = 0;
+};
+
 }  // namespace
+
+std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree)
+{
+  std::vector<std::unique_ptr<InsertionPeer>> peers;
+  peers.push_back(std::make_unique<FilterProxy>(tree, "proxy", "art"));
+  // Nothing is shown before the insertion, which brings the ancestors.
+  peers.push_back(std::make_unique<FilterProxy>(tree, "rare", "New part"));
+  return peers;
+}
 
 std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& tree)
 {
