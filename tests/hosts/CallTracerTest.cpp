@@ -128,11 +128,12 @@ TEST_F(CallTracerTest, MapsInWords_TellWhatWasAndWhatIs)
   tracer.UpdateVisAndTypeIconChanges(&visible, &changes, &icons, &iconChanges);
   tracer.UpdateVisAndTypeIcons(nullptr, nullptr);
 
-  EXPECT_THAT(lines,
-              ElementsAre("UpdateVisAndTypeIcons(visible=1, typeIcons=1)",
-                          "UpdateVisAndTypeIconChanges(visible=1, visibleChanges={bolt: hidden-all -> hidden, "
-                          "nut: hidden -> thumbnail-visible}, typeIcons=1, typeIconChanges={bolt: 0 -> 1, nut: -> 28})",
-                          "UpdateVisAndTypeIcons(visible=null, typeIcons=null)"));
+  EXPECT_THAT(
+      lines,
+      ElementsAre("UpdateVisAndTypeIcons(visible=1, typeIcons=yes)",
+                  "UpdateVisAndTypeIconChanges(visible=1, visibleChanges={bolt: hidden-all -> hidden, "
+                  "nut: hidden -> thumbnail-visible}, typeIcons=yes, typeIconChanges={bolt: 0 -> 1, nut: -> 28})",
+                  "UpdateVisAndTypeIcons(visible=null, typeIcons=no)"));
 }
 
 TEST_F(CallTracerTest, MapsInWords_ForgetTheIconOfARowThatComesAnew)
@@ -151,9 +152,9 @@ TEST_F(CallTracerTest, MapsInWords_ForgetTheIconOfARowThatComesAnew)
   iconChanges[bolt.Get()] = 28;
   tracer.UpdateVisAndTypeIconChanges(nullptr, nullptr, &icons, &iconChanges);
 
-  EXPECT_THAT(lines, ElementsAre("UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=1, "
+  EXPECT_THAT(lines, ElementsAre("UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=yes, "
                                  "typeIconChanges={bolt: -> 1})",
-                                 "UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=1, "
+                                 "UpdateVisAndTypeIconChanges(visible=null, visibleChanges=null, typeIcons=yes, "
                                  "typeIconChanges={bolt: 1 -> 28})"));
 }
 

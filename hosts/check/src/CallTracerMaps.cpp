@@ -26,6 +26,12 @@ std::string ShowChange(int word)
   return ShowState(word & 15) + " -> " + ShowState(word >> 4 & 15);
 }
 
+// How many icons it holds tells nobody anything: it works them out when it is asked, and forgets none that went.
+std::string ShowPresence(const guitree::TypeIconMap* map)
+{
+  return map ? "yes" : "no";
+}
+
 }  // namespace
 
 template <typename Map, typename ShowValue>
@@ -53,14 +59,6 @@ std::string CallTracer::_ShowWhole(const Map* map) const
     return std::to_string(map->size());
   }
   return _ShowEntries(map, [](const auto& entry) { return std::to_string(static_cast<int>(entry.second)); });
-}
-
-std::string CallTracer::_ShowIcons(const guitree::TypeIconMap* map) const
-{
-  if (m_mapStyle.words) {
-    return map ? std::to_string(map->size()) : "null";
-  }
-  return map ? "yes" : "no";
 }
 
 std::string CallTracer::_ShowVisibleChanges(const du::HashMap<const zelk::BaseInstance*, int>* changes) const
@@ -99,7 +97,7 @@ void CallTracer::UpdateVisAndTypeIconChanges(
     const du::HashMap<const zelk::BaseInstance*, int>* typeIconChangeMap)
 {
   _OnCall("UpdateVisAndTypeIconChanges(visible=" + _ShowWhole(visibleMap)
-          + ", visibleChanges=" + _ShowVisibleChanges(visibleChangeMap) + ", typeIcons=" + _ShowIcons(typeIconMap)
+          + ", visibleChanges=" + _ShowVisibleChanges(visibleChangeMap) + ", typeIcons=" + ShowPresence(typeIconMap)
           + ", typeIconChanges=" + _ShowIconChanges(typeIconChangeMap) + ")");
   _RememberIcons(typeIconChangeMap);
   ForwardingHost::UpdateVisAndTypeIconChanges(visibleMap, visibleChangeMap, typeIconMap, typeIconChangeMap);
@@ -108,7 +106,7 @@ void CallTracer::UpdateVisAndTypeIconChanges(
 void CallTracer::UpdateVisAndTypeIcons(const du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>* visibleMap,
                                        guitree::TypeIconMap* typeIconMap)
 {
-  _OnCall("UpdateVisAndTypeIcons(visible=" + _ShowWhole(visibleMap) + ", typeIcons=" + _ShowIcons(typeIconMap) + ")");
+  _OnCall("UpdateVisAndTypeIcons(visible=" + _ShowWhole(visibleMap) + ", typeIcons=" + ShowPresence(typeIconMap) + ")");
   m_icons.clear();
   _RememberIcons(typeIconMap);
   ForwardingHost::UpdateVisAndTypeIcons(visibleMap, typeIconMap);

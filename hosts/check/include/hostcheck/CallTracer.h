@@ -12,9 +12,9 @@ namespace hostcheck {
 
 /// How `CallTracer` writes the maps of visible states and type icons.
 struct MapStyle {
-  /// For people: of the whole maps their sizes, of the changes what was and what is, as in `bolt: visible -> hidden`
-  /// and `bolt: 0 -> 1`. `-all` and `-mixed` behind a state tell of the children; an icon that was not known before
-  /// reads `bolt: -> 1`. Without words all entries are written, by their numbers.
+  /// For people: of the map of all states its size, of the changes what was and what is, as in `bolt: visible ->
+  /// hidden` and `bolt: 0 -> 1`. `-all` and `-mixed` behind a state tell of the children; an icon that was not known
+  /// before reads `bolt: -> 1`. Without words all entries are written, by their numbers.
   bool words = false;
   /// As a host walks the map. That order follows addresses: by name, as it is otherwise, the lines of two runs are the
   /// same.
@@ -124,7 +124,6 @@ private:
   /// All of a map, or its size.
   template <typename Map>
   [[nodiscard]] std::string _ShowWhole(const Map* map) const;
-  [[nodiscard]] std::string _ShowIcons(const guitree::TypeIconMap* map) const;
   [[nodiscard]] std::string _ShowVisibleChanges(const du::HashMap<const zelk::BaseInstance*, int>* changes) const;
   [[nodiscard]] std::string _ShowIconChanges(const du::HashMap<const zelk::BaseInstance*, int>* changes) const;
   /// For the next call that tells of changes.
