@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "script/Path.h"
+
+namespace script {
+
+/// What a command does; `GetForms` tells how each is written.
+enum class Verb {
+  Select,
+  Deselect,
+  Highlight,
+  Unhighlight,
+  Hide,
+  Show,
+  ThumbnailOn,
+  ThumbnailOff,
+  Rename,
+  AddPart,
+  AddAssembly,
+  AddProxy,
+  Remove,
+  Expand,
+  Collapse,
+  Fail,
+  Settle,
+  ActivateView,
+  ActivateNoView,
+  RemoveView,
+  AddScene,
+  RemoveScene,
+  HidePanel,
+  ShowPanel,
+  BeginBatch,
+  EndBatch,
+  Print,
+};
+
+/// One line of a script.
+struct Command {
+  Verb verb = Verb::Print;
+  /// How often it is done, one after the other.
+  std::size_t times = 1;
+  /// The scene that it is about; 0 for that of the current view.
+  std::size_t scene = 0;
+  std::vector<Path> paths{};
+  /// The new name of `Rename`.
+  std::string name{};
+  /// The view or scene that is named by number.
+  std::size_t number = 0;
+
+  friend bool operator==(const Command&, const Command&) = default;
+};
+
+}  // namespace script

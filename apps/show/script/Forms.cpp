@@ -1,0 +1,76 @@
+#include "script/Forms.h"
+
+#include <algorithm>
+#include <array>
+
+namespace script {
+
+namespace {
+
+constexpr std::array s_forms{
+    Form{"hide", Verb::Hide, Arguments::Paths, true, "hide them and all that is below them"},
+    Form{"show", Verb::Show, Arguments::Paths, true, "show them and all that is below them"},
+    Form{"thumbnail on", Verb::ThumbnailOn, Arguments::Paths, true, "show their thumbnails for their shapes"},
+    Form{"thumbnail off", Verb::ThumbnailOff, Arguments::Paths, true, "show their shapes again"},
+    Form{"select", Verb::Select, Arguments::Paths, true, "add them to the selection"},
+    Form{"deselect", Verb::Deselect, Arguments::AnyPaths, true, "take them, or all, out of it"},
+    Form{"highlight", Verb::Highlight, Arguments::Paths, true, "give them the associated highlight"},
+    Form{"unhighlight", Verb::Unhighlight, Arguments::AnyPaths, true, "take it from them, or from all"},
+    Form{"rename", Verb::Rename, Arguments::PathAndName, false, "give an instance another name"},
+    Form{"add part", Verb::AddPart, Arguments::OnePath, false, "add PARENT/NAME, with a shape in all scenes"},
+    Form{"add assembly", Verb::AddAssembly, Arguments::OnePath, false, "add PARENT/NAME, without a shape"},
+    Form{"add proxy", Verb::AddProxy, Arguments::OnePath, false, "add PARENT/NAME, a proxy that is not expanded"},
+    Form{"remove", Verb::Remove, Arguments::Paths, false, "take them out of the tree"},
+    Form{"expand", Verb::Expand, Arguments::Paths, false, "proxies: their content is there"},
+    Form{"collapse", Verb::Collapse, Arguments::Paths, false, "proxies: remove their content again"},
+    Form{"fail", Verb::Fail, Arguments::Paths, false, "proxies: their content could not be read"},
+    Form{"settle", Verb::Settle, Arguments::Paths, false, "proxies: make ordinary instances of them"},
+    Form{"view", Verb::ActivateView, Arguments::Number, false, "go to a view; each scene has the one of its number"},
+    Form{"view none", Verb::ActivateNoView, Arguments::None, false, "leave the view"},
+    Form{"view remove", Verb::RemoveView, Arguments::Number, false, "take a view away"},
+    Form{"scene add", Verb::AddScene, Arguments::None, false, "add a scene of everything, and its view"},
+    Form{"scene remove", Verb::RemoveScene, Arguments::Number, false, "take a scene away, not its view"},
+    Form{"panel hide", Verb::HidePanel, Arguments::None, false, "the panel goes out of sight"},
+    Form{"panel show", Verb::ShowPanel, Arguments::None, false, "the panel comes back"},
+    Form{"batch", Verb::BeginBatch, Arguments::None, false, "make one update of the lines up to 'end'"},
+    Form{"end", Verb::EndBatch, Arguments::None, false, "the end of a batch"},
+    Form{"print", Verb::Print, Arguments::None, false, "print the panel, also in a batch or a trace"},
+};
+
+std::string_view Describe(Arguments arguments)
+{
+  switch (arguments) {
+    case Arguments::None:
+      return "";
+    case Arguments::OnePath:
+      return " PATH";
+    case Arguments::Paths:
+      return " PATH...";
+    case Arguments::AnyPaths:
+      return " [PATH...]";
+    case Arguments::PathAndName:
+      return " PATH NAME";
+    case Arguments::Number:
+      return " N";
+  }
+  return "";
+}
+
+}  // namespace
+
+std::span<const Form> GetForms()
+{
+  return s_forms;
+}
+
+const Form& GetForm(Verb verb)
+{
+  return *std::find_if(s_forms.begin(), s_forms.end(), [verb](const Form& form) { return form.verb == verb; });
+}
+
+std::string GetUsage(const Form& form)
+{
+  return std::string(form.words).append(Describe(form.arguments));
+}
+
+}  // namespace script

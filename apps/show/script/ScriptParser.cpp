@@ -1,0 +1,205 @@
+#include "script/ScriptParser.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+#include <vector>
+
+#include "script/Forms.h"
+#include "script/LineLexer.h"
+#include "script/ScriptError.h"
+
+namespace script {
+
+namespace {
+
+constexpr std::string_view s_repeat = "repeat";
+constexpr std::string_view s_in = "in";
+
+bool IsKeyword(const Word& word, std::string_view keyword)
+{
+  return word.isPlain && word.text == keyword;
+}
+
+/// Reads the words of one line.
+class LineParser {
+public:
+  explicit LineParser(std::vector<Word> words) : m_words(std::move(words)) {}
+
+  [[nodiscard]] Command Parse()
+  {
+    _ParsePrefixes();
+    const Form& form = _ParseForm();
+    m_command.verb = form.verb;
+    _CheckPrefixes(form);
+    _ParseArguments(form);
+    return std::move(m_command);
+  }
+
+private:
+  [[nodiscard]] std::size_t _CountLeft() const { return m_words.size() - m_next; }
+
+  void _ParsePrefixes()
+  {
+    while (_CountLeft() > 0) {
+      if (IsKeyword(m_words[m_next], s_repeat)) {
+        m_command.times = _ParsePrefix("repeat N COMMAND");
+      } else if (IsKeyword(m_words[m_next], s_in)) {
+        m_command.scene = _ParsePrefix("in N COMMAND");
+      } else {
+        return;
+      }
+    }
+  }
+
+  std::size_t _ParsePrefix(const char* usage)
+  {
+    ++m_next;
+    if (_CountLeft() < 2) {
+      throw ScriptError(std::string("write: ") + usage);
+    }
+    return _ParseNumber();
+  }
+
+  std::size_t _ParseNumber()
+  {
+    const Word& word = m_words[m_next++];
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(word.text.data(), word.text.data() + word.text.size(), number);
+    if (error != std::errc() || end != word.text.data() + word.text.size() || number == 0) {
+      throw ScriptError(word.text + " is no number from 1 on");
+    }
+    return number;
+  }
+
+  const Form& _ParseForm()
+  {
+    const Form* longest = nullptr;
+    for (const Form& form : GetForms()) {
+      if (_StartsWith(form.words) && (!longest || longest->words.size() < form.words.size())) {
+        longest = &form;
+      }
+    }
+    if (!longest) {
+      throw ScriptError(_DescribeUnknown());
+    }
+    m_next += static_cast<std::size_t>(std::count(longest->words.begin(), longest->words.end(), ' ')) + 1;
+    return *longest;
+  }
+
+  [[nodiscard]] bool _StartsWith(std::string_view words) const
+  {
+    std::size_t next = m_next;
+    while (!words.empty()) {
+      const std::string_view word = words.substr(0, words.find(' '));
+      if (next == m_words.size() || !IsKeyword(m_words[next], word)) {
+        return false;
+      }
+      ++next;
+      words.remove_prefix(std::min(words.size(), word.size() + 1));
+    }
+    return true;
+  }
+
+  [[nodiscard]] std::string _DescribeUnknown() const
+  {
+    const std::string word = m_words[m_next].text;
+    std::string similar;
+    for (const Form& form : GetForms()) {
+      if (form.words.starts_with(word + ' ')) {
+        similar += (similar.empty() ? "; write: " : ", or ") + GetUsage(form);
+      }
+    }
+    const bool isIncomplete = !similar.empty() && _CountLeft() == 1;
+    return isIncomplete ? similar.substr(2) : "unknown command '" + word + '\'' + similar;
+  }
+
+  void _CheckPrefixes(const Form& form) const
+  {
+    const bool isBracket = form.verb == Verb::BeginBatch || form.verb == Verb::EndBatch;
+    if (isBracket && m_command.times > 1) {
+      throw ScriptError('\'' + std::string(form.words) + "' cannot be repeated");
+    }
+    if (m_command.times > s_maxTimes) {
+      throw ScriptError("more than " + std::to_string(s_maxTimes) + " times is too often");
+    }
+    if (m_command.scene > 0 && !form.isAboutScene) {
+      throw ScriptError('\'' + std::string(form.words) + "' is not about one scene: leave out 'in'");
+    }
+  }
+
+  void _ParseArguments(const Form& form)
+  {
+    if (!_IsRightCount(form.arguments)) {
+      throw ScriptError("write: " + GetUsage(form));
+    }
+    if (form.arguments == Arguments::Number) {
+      m_command.number = _ParseNumber();
+      return;
+    }
+    if (form.arguments == Arguments::PathAndName) {
+      m_command.name = _ParseName(m_words.back());
+      m_words.pop_back();
+    }
+    for (; m_next < m_words.size(); ++m_next) {
+      m_command.paths.push_back(std::move(m_words[m_next].path));
+    }
+  }
+
+  [[nodiscard]] bool _IsRightCount(Arguments arguments) const
+  {
+    switch (arguments) {
+      case Arguments::None:
+        return _CountLeft() == 0;
+      case Arguments::OnePath:
+      case Arguments::Number:
+        return _CountLeft() == 1;
+      case Arguments::Paths:
+        return _CountLeft() > 0;
+      case Arguments::AnyPaths:
+        return true;
+      case Arguments::PathAndName:
+        return _CountLeft() == 2;
+    }
+    return false;
+  }
+
+  static std::string _ParseName(const Word& word)
+  {
+    if (word.path.isFromRoot || word.path.steps.size() > 1 || word.path.steps.front().number > 0) {
+      throw ScriptError("a new name with '/' or '#' must be in quotes");
+    }
+    return word.path.steps.front().name;
+  }
+
+  std::vector<Word> m_words;
+  std::size_t m_next = 0;
+  Command m_command;
+};
+
+}  // namespace
+
+std::optional<Command> ParseLine(std::string_view line)
+{
+  std::vector<Word> words = SplitLine(line);
+  if (words.empty()) {
+    return std::nullopt;
+  }
+  return LineParser(std::move(words)).Parse();
+}
+
+std::string ToText(const Command& command)
+{
+  const Form& form = GetForm(command.verb);
+  std::string text = command.times > 1 ? "repeat " + std::to_string(command.times) + ' ' : "";
+  text += command.scene > 0 ? "in " + std::to_string(command.scene) + ' ' : "";
+  text += form.words;
+  for (const Path& path : command.paths) {
+    text += ' ' + ToText(path);
+  }
+  text += form.arguments == Arguments::PathAndName ? ' ' + QuoteName(command.name) : "";
+  text += form.arguments == Arguments::Number ? ' ' + std::to_string(command.number) : "";
+  return text;
+}
+
+}  // namespace script

@@ -1,0 +1,188 @@
+#include "script/ScriptParser.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "script/Forms.h"
+#include "script/ScriptError.h"
+
+namespace {
+
+using script::Arguments;
+using script::Command;
+using script::Form;
+using script::ParseLine;
+using script::Path;
+using script::PathStep;
+using script::ScriptError;
+using script::Verb;
+
+std::string FaultOf(const std::string& line)
+{
+  try {
+    static_cast<void>(ParseLine(line));
+  } catch (const ScriptError& error) {
+    return error.what();
+  }
+  return "none";
+}
+
+TEST(ParseLine, EmptyLinesAndComments_AreNoCommands)
+{
+  EXPECT_EQ(ParseLine(""), std::nullopt);
+  EXPECT_EQ(ParseLine("   # hide frame:1"), std::nullopt);
+}
+
+TEST(ParseLine, Command_TakesItsPaths)
+{
+  EXPECT_EQ(
+      ParseLine("hide pump/frame:1 bolt:1#2  # both"),
+      (Command{.verb = Verb::Hide, .paths = {Path{.steps = {{"pump"}, {"frame:1"}}}, Path{.steps = {{"bolt:1", 2}}}}}));
+}
+
+TEST(ParseLine, Rename_TakesTheNewNameLast)
+{
+  EXPECT_EQ(ParseLine("rename frame:1 \"a/b #1\""),
+            (Command{.verb = Verb::Rename, .paths = {Path{.steps = {{"frame:1"}}}}, .name = "a/b #1"}));
+  EXPECT_EQ(ParseLine("rename frame:1 \"\"")->name, "");
+}
+
+TEST(ParseLine, Prefixes_ComeInAnyOrder)
+{
+  const Command expected{.verb = Verb::Hide, .times = 3, .scene = 2, .paths = {Path{.steps = {{"a"}}}}};
+
+  EXPECT_EQ(ParseLine("repeat 3 in 2 hide a"), expected);
+  EXPECT_EQ(ParseLine("in 2 repeat 3 hide a"), expected);
+}
+
+TEST(ParseLine, LongerCommand_GoesBeforeAShorterOne)
+{
+  EXPECT_EQ(ParseLine("view 2"), (Command{.verb = Verb::ActivateView, .number = 2}));
+  EXPECT_EQ(ParseLine("view none"), (Command{.verb = Verb::ActivateNoView}));
+  EXPECT_EQ(ParseLine("view remove 2"), (Command{.verb = Verb::RemoveView, .number = 2}));
+}
+
+TEST(ParseLine, QuotedWord_IsANameAndNoCommand)
+{
+  EXPECT_EQ(ParseLine("hide \"repeat\"")->paths.front().steps.front().name, "repeat");
+  EXPECT_EQ(FaultOf("\"hide\" a"), "unknown command '\"hide\"'");
+}
+
+TEST(ParseLine, UnknownCommand_IsNamed)
+{
+  EXPECT_EQ(FaultOf("explode frame:1"), "unknown command 'explode'");
+  EXPECT_EQ(FaultOf("Hide frame:1"), "unknown command 'Hide'");
+}
+
+TEST(ParseLine, HalfACommand_IsToldTheWhole)
+{
+  EXPECT_EQ(FaultOf("scene"), "write: scene add, or scene remove N");
+  EXPECT_EQ(FaultOf("scene drop 2"), "unknown command 'scene'; write: scene add, or scene remove N");
+}
+
+TEST(ParseLine, WrongCountOfArguments_TellsTheUsage)
+{
+  EXPECT_EQ(FaultOf("hide"), "write: hide PATH...");
+  EXPECT_EQ(FaultOf("rename frame:1"), "write: rename PATH NAME");
+  EXPECT_EQ(FaultOf("rename frame:1 a b"), "write: rename PATH NAME");
+  EXPECT_EQ(FaultOf("add part"), "write: add part PATH");
+  EXPECT_EQ(FaultOf("add part a b"), "write: add part PATH");
+  EXPECT_EQ(FaultOf("view"), "write: view N");
+  EXPECT_EQ(FaultOf("end now"), "write: end");
+  EXPECT_EQ(FaultOf("repeat 3"), "write: repeat N COMMAND");
+  EXPECT_EQ(FaultOf("in"), "write: in N COMMAND");
+}
+
+TEST(ParseLine, Numbers_AreWholeAndFromOneOn)
+{
+  EXPECT_EQ(FaultOf("view two"), "two is no number from 1 on");
+  EXPECT_EQ(FaultOf("view 0"), "0 is no number from 1 on");
+  EXPECT_EQ(FaultOf("view 1.5"), "1.5 is no number from 1 on");
+  EXPECT_EQ(FaultOf("repeat -1 print"), "-1 is no number from 1 on");
+  EXPECT_EQ(FaultOf("view 99999999999999999999"), "99999999999999999999 is no number from 1 on");
+  EXPECT_EQ(FaultOf("repeat 1000001 print"), "more than 1000000 times is too often");
+}
+
+TEST(ParseLine, Prefixes_AreRefusedWhereTheySayNothing)
+{
+  EXPECT_EQ(FaultOf("repeat 2 batch"), "'batch' cannot be repeated");
+  EXPECT_EQ(FaultOf("repeat 2 end"), "'end' cannot be repeated");
+  EXPECT_EQ(FaultOf("in 2 rename a b"), "'rename' is not about one scene: leave out 'in'");
+}
+
+TEST(ParseLine, NewName_MustBeOneName)
+{
+  for (const char* line : {"rename a b/c", "rename a /b", "rename a b#2"}) {
+    EXPECT_EQ(FaultOf(line), "a new name with '/' or '#' must be in quotes") << line;
+  }
+}
+
+rc::Gen<Path> AnyPath()
+{
+  const auto step =
+      rc::gen::construct<PathStep>(rc::gen::arbitrary<std::string>(), rc::gen::inRange<std::size_t>(0, 5));
+  return rc::gen::construct<Path>(rc::gen::arbitrary<bool>(),
+                                  rc::gen::nonEmpty(rc::gen::container<std::vector<PathStep>>(step)));
+}
+
+std::vector<Path> PickPaths(Arguments arguments)
+{
+  switch (arguments) {
+    case Arguments::None:
+    case Arguments::Number:
+      return {};
+    case Arguments::OnePath:
+    case Arguments::PathAndName:
+      return {*AnyPath()};
+    case Arguments::Paths:
+      return *rc::gen::nonEmpty(rc::gen::container<std::vector<Path>>(AnyPath()));
+    case Arguments::AnyPaths:
+      return *rc::gen::container<std::vector<Path>>(AnyPath());
+  }
+  return {};
+}
+
+Command PickCommand(const Form& form)
+{
+  const bool isBracket = form.verb == Verb::BeginBatch || form.verb == Verb::EndBatch;
+  Command command{.verb = form.verb, .paths = PickPaths(form.arguments)};
+  command.times = isBracket ? 1 : *rc::gen::inRange<std::size_t>(1, 300);
+  command.scene = form.isAboutScene ? *rc::gen::inRange<std::size_t>(0, 4) : 0;
+  command.name = form.arguments == Arguments::PathAndName ? *rc::gen::arbitrary<std::string>() : "";
+  command.number = form.arguments == Arguments::Number ? *rc::gen::inRange<std::size_t>(1, 9) : 0;
+  return command;
+}
+
+RC_GTEST_PROP(ToText, OfAnyCommand_IsReadBackAsItIs, ())
+{
+  const std::vector<Form> forms(script::GetForms().begin(), script::GetForms().end());
+  const Command command = PickCommand(forms.at(*rc::gen::inRange<std::size_t>(0, forms.size())));
+
+  const std::string line = ToText(command);
+
+  RC_LOG() << line << '\n';
+  RC_ASSERT(line.find('\n') == std::string::npos);
+  RC_ASSERT(ParseLine(line) == command);
+}
+
+TEST(ToText, QuotesNames_OnlyWhereTheyNeedIt)
+{
+  const Command command{.verb = Verb::Rename,
+                        .times = 2,
+                        .paths = {Path{.isFromRoot = true, .steps = {{"pump"}, {"bolt set", 2}, {"back\\slash"}}}},
+                        .name = "a \"b\" \\ \x01"};
+
+  EXPECT_EQ(ToText(command), R"(repeat 2 rename /pump/"bolt set"#2/back\slash "a \"b\" \\ \x01")");
+}
+
+TEST(GetForms, EachVerb_HasOneForm)
+{
+  for (const Form& form : script::GetForms()) {
+    EXPECT_EQ(&script::GetForm(form.verb), &form) << form.words;
+  }
+}
+
+}  // namespace
