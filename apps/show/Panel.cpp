@@ -1,27 +1,19 @@
 #include "Panel.h"
 
 #include <iostream>
+#include <utility>
 
 #include "PlainTreeState.h"
 
-namespace {
-
-std::string NameForTrace(const zelk::Object& object, bool ascii)
-{
-  const auto* instance = dynamic_cast<const zelk::BaseInstance*>(&object);
-  return instance ? texthost::ReadRowName(*instance, ascii) : object.GetDebugClassName();
-}
-
-}  // namespace
-
-Panel::Panel(const du::SmartPtr<memkernel::World>& world, const Options& options)
-    : m_style(options.style), m_showsTrace(options.trace)
+Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options)
+    : m_stage(stage), m_style(options.style)
 {
   guitree::GuiInterface* first = &m_host;
   if (options.trace) {
     m_tracer =
         std::make_unique<hostcheck::CallTracer>(first, [this](const std::string& line) { m_trace += line + '\n'; });
-    m_tracer->SetNamer([ascii = m_style.ascii](const zelk::Object& object) { return NameForTrace(object, ascii); });
+    m_tracer->SetNamer([this](const zelk::Object& object) { return _NameForTrace(object); });
+    m_tracer->SetMapStyle({.words = true});
     first = m_tracer.get();
   }
   if (options.check) {
@@ -30,22 +22,32 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, const Options& options
   }
   m_gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
   m_gui->SetGuiInterface(first);
+  m_host.SetPanel(m_gui.Get());
   m_gui->SetTreeState(du::MakeSmart<PlainTreeState>(*m_gui));
   m_gui->Initialise(world);
+  stage.SetFollower(m_host.GetSceneManagerObserver());
 }
 
 Panel::~Panel()
 {
   m_gui->Close();
+  m_host.SetPanel(nullptr);
 }
 
 void Panel::Print(std::ostream& out) const
 {
-  if (m_showsTrace) {
-    out << m_trace;
-  } else {
-    m_host.Print(out, m_style);
-  }
+  m_host.Print(out, m_style);
+}
+
+std::string Panel::TakeTrace()
+{
+  return std::exchange(m_trace, {});
+}
+
+void Panel::SetInSight(bool isInSight)
+{
+  m_host.SetInSight(isInSight);
+  m_gui->GetTreeState()->MadeVisible(isInSight);
 }
 
 bool Panel::Check()
@@ -54,8 +56,23 @@ bool Panel::Check()
     return true;
   }
   m_checker->CheckAtRest();
-  for (const std::string& violation : m_checker->GetViolations()) {
-    std::cerr << "guitree-show: violation at " << violation << '\n';
+  const auto& violations = m_checker->GetViolations();
+  for (; m_reported < violations.size(); ++m_reported) {
+    std::cerr << "guitree-show: violation at " << violations[m_reported] << '\n';
   }
   return m_checker->GetViolationCount() == 0;
+}
+
+std::string Panel::_NameForTrace(const zelk::Object& object) const
+{
+  if (const auto* instance = dynamic_cast<const zelk::BaseInstance*>(&object)) {
+    return texthost::ReadRowName(*instance, m_style.ascii);
+  }
+  if (const auto* shape = dynamic_cast<const zelk::ShapeInstance*>(&object)) {
+    du::SmartPtr<zelk::Instance> instance;
+    shape->GetInstance(instance);
+    return instance ? texthost::ReadRowName(*instance, m_style.ascii) : "null";
+  }
+  const std::string name = m_stage.Describe(object);
+  return name.empty() ? std::string(object.GetDebugClassName()) : name;
 }

@@ -1,37 +1,45 @@
 #pragma once
 
 #include <cstddef>
+#include <iosfwd>
 #include <memory>
 #include <string>
 
 #include "Options.h"
+#include "PanelHost.h"
 #include "guitree/GuiTree.h"
 #include "hostcheck/CallTracer.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
-#include "texthost/TextHost.h"
+#include "script/Stage.h"
 
-/// One structure panel over a world, filled when it is made: a text host, and before it what the options ask for. Ends
-/// before its world.
+/// One structure panel over a world and a stage, filled when it is made: a text host, and before it what the options
+/// ask for. Follows the stage while it lives. Ends before both.
 class Panel {
 public:
-  Panel(const du::SmartPtr<memkernel::World>& world, const Options& options);
+  Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options);
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
   ~Panel();
 
-  /// The tree, or with `--trace` the calls.
   void Print(std::ostream& out) const;
+  /// With `--trace` the calls since the last time, one a line; empty without.
+  [[nodiscard]] std::string TakeTrace();
   [[nodiscard]] std::size_t GetRowCount() const { return m_host.GetRowCount(); }
-  /// Names each violation on stderr; true without any.
+  /// The panel starts in sight.
+  void SetInSight(bool isInSight);
+  /// To be called while nothing is under way. Names each new violation on stderr; true without any.
   [[nodiscard]] bool Check();
 
 private:
+  [[nodiscard]] std::string _NameForTrace(const zelk::Object& object) const;
+
+  const script::Stage& m_stage;
   const texthost::PrintStyle m_style;
-  const bool m_showsTrace;
   std::string m_trace;
-  texthost::TextHost m_host;
+  PanelHost m_host;
   std::unique_ptr<hostcheck::CallTracer> m_tracer;
   std::unique_ptr<hostcheck::ProtocolChecker> m_checker;
+  std::size_t m_reported = 0;
   du::SmartPtr<guitree::GuiTree> m_gui;
 };

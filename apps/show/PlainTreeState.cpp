@@ -1,9 +1,7 @@
 #include "PlainTreeState.h"
 
-#include "guitree/GuiTree.h"
-#include "guitree/SceneInfoLog.h"
 #include "zelk/Instance.h"
-#include "zelk/World.h"
+#include "zelk/ShapeScene.h"
 
 namespace {
 
@@ -12,17 +10,20 @@ constexpr int s_iconNoSource = 2;
 constexpr int s_iconProxy = 6;
 constexpr int s_iconProxyNoShapeSource = 8;
 constexpr int s_iconProxyShape = 10;
+constexpr int s_iconProxyShapeFailed = 14;
 constexpr int s_iconProxyExpandFailed = 16;
+constexpr int s_iconShapeFailed = 28;
+constexpr int s_iconBody = 44;
+constexpr int s_iconBodyFailed = 50;
 
-int GetProxyIcon(const zelk::Instance& instance)
+constexpr unsigned short s_shapeData = 1;
+
+bool HasShapeFailed(const zelk::Instance& instance, const du::SmartPtr<zelk::Scene>& scene)
 {
-  if (instance.HasProxyExpandFailed()) {
-    return s_iconProxyExpandFailed;
-  }
-  if (instance.IsProxyExpanded()) {
-    return instance.HasShapeSource() ? s_iconProxyShape : s_iconProxyNoShapeSource;
-  }
-  return s_iconProxy;
+  const auto shapes = du::DynamicCast<zelk::ShapeScene>(scene);
+  du::SmartPtr<zelk::ShapeInstance> shape;
+  return shapes && shapes->GetShapeInstance(du::ConstSmartPtr<zelk::Instance>(&instance), shape)
+         && shape->GetShapeDataStatus(s_shapeData) == zelk::ShapeDataFailed;
 }
 
 bool IsAnyProxy(const zelk::Instance& instance)
@@ -31,48 +32,45 @@ bool IsAnyProxy(const zelk::Instance& instance)
          && (instance.HasProxyExpandFailed() || instance.IsProxyExpanded() || instance.IsProxy());
 }
 
+int GetProxyIcon(const zelk::Instance& instance, const du::SmartPtr<zelk::Scene>& scene)
+{
+  if (instance.HasProxyExpandFailed()) {
+    return s_iconProxyExpandFailed;
+  }
+  if (!instance.IsProxyExpanded()) {
+    return s_iconProxy;
+  }
+  if (!instance.HasShapeSource()) {
+    return s_iconProxyNoShapeSource;
+  }
+  return HasShapeFailed(instance, scene) ? s_iconProxyShapeFailed : s_iconProxyShape;
+}
+
+int GetShapeIcon(const zelk::Instance& instance, const du::SmartPtr<zelk::Scene>& scene)
+{
+  if (HasShapeFailed(instance, scene)) {
+    return instance.IsBodyTypeInstance() ? s_iconBodyFailed : s_iconShapeFailed;
+  }
+  return instance.IsBodyTypeInstance() ? s_iconBody : s_iconPlain;
+}
+
 }  // namespace
 
-PlainTreeState::PlainTreeState(guitree::GuiTree& tree) : TreeStateBase(tree), m_filter("Plain") {}
+PlainTreeState::PlainTreeState(guitree::GuiTree& tree) : WorldTreeState(tree), m_filter("Plain") {}
 
-du::SmartPtr<zelk::BaseTree> PlainTreeState::Initialise_GetZelkTree(const du::SmartPtr<zelk::View>& /*view*/)
-{
-  const auto world = zelk::World::GetWorld();
-  return world ? du::SmartPtr<zelk::BaseTree>(world->tree) : nullptr;
-}
-
-du::SmartPtr<guitree::TreeSelectionController> PlainTreeState::GetSelController(bool /*forRows*/) const
-{
-  return {};
-}
-
-bool PlainTreeState::HasInstGotThumbnail(const du::SmartPtr<zelk::BaseInstance>& instance) const
-{
-  const auto part = du::DynamicCast<zelk::Instance>(instance);
-  return part && part->HasThumbnailSource();
-}
-
-bool PlainTreeState::IsInstLoaded(const zelk::BaseInstance* /*instance*/)
-{
-  return false;
-}
-
-guitree::SceneInfoLog* PlainTreeState::CreateSceneInfoLog()
-{
-  return new guitree::SceneInfoLog(&GetGuiTree());
-}
-
-int PlainTreeState::GetUnloadedTypeIcon(const zelk::BaseInstance* instance, const du::SmartPtr<zelk::Scene>& /*scene*/)
+int PlainTreeState::GetUnloadedTypeIcon(const zelk::BaseInstance* instance, const du::SmartPtr<zelk::Scene>& scene)
 {
   const auto* part = dynamic_cast<const zelk::Instance*>(instance);
   if (!part) {
     return s_iconPlain;
   }
   if (IsAnyProxy(*part)) {
-    return GetProxyIcon(*part);
+    return GetProxyIcon(*part, scene);
   }
-  const bool hasSource = part->HasShapeSource() || part->HasThumbnailSource();
-  return hasSource || part->IsPlainIconInstance() ? s_iconPlain : s_iconNoSource;
+  if (part->HasShapeSource()) {
+    return GetShapeIcon(*part, scene);
+  }
+  return part->HasThumbnailSource() || part->IsPlainIconInstance() ? s_iconPlain : s_iconNoSource;
 }
 
 structure_utils::TreeFilterInfoBase& PlainTreeState::GetFilter(const du::SmartPtr<zelk::View>& /*view*/)

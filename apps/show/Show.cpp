@@ -1,14 +1,15 @@
 #include "Show.h"
 
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 #include <sstream>
 
 #include "Interrupt.h"
+#include "Output.h"
 #include "Panel.h"
 #include "ReadFiles.h"
 #include "memkernel/World.h"
+#include "script/Stage.h"
+#include "stepimport/Scene.h"
 
 namespace {
 
@@ -26,22 +27,34 @@ private:
   const du::SmartPtr<memkernel::World> m_world = du::MakeSmart<memkernel::World>();
 };
 
-bool Write(const std::string& text)
+/// What is shown: the world with one scene of all that was read, and its view.
+struct Session {
+  RunningWorld world;
+  ReadSummary read;
+  script::Stage stage{world.Get()};
+};
+
+ExitCode Read(const Options& options, Session& session)
 {
-  errno = 0;
-  std::cout.write(text.data(), static_cast<std::streamsize>(text.size())).flush();
-  if (std::cout) {
-    return true;
+  session.read = ReadFiles(options.files, *session.world.Get());
+  if (session.read.interrupted) {
+    return ExitInterrupted;
   }
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): the readers have ended, no other thread asks for an error text
-  std::cerr << "guitree-show: cannot write: " << std::strerror(errno) << '\n';
-  return false;
+  if (session.read.files == 0) {
+    return ExitFailure;
+  }
+  const stepimport::OpenedScene opened = stepimport::OpenScene(*session.world.Get());
+  session.stage.Add(opened.scene, opened.view);
+  session.stage.ActivateView(1);
+  return ExitOk;
 }
 
-void TellCounts(std::size_t files, std::size_t rows)
+void TellCounts(const Options& options, std::size_t files, std::size_t rows)
 {
-  std::cerr << "guitree-show: " << files << (files == 1 ? " file, " : " files, ") << rows
-            << (rows == 1 ? " row\n" : " rows\n");
+  if (options.verbose) {
+    std::cerr << "guitree-show: " << files << (files == 1 ? " file, " : " files, ") << rows
+              << (rows == 1 ? " row\n" : " rows\n");
+  }
 }
 
 struct Outcome {
@@ -53,24 +66,22 @@ struct Outcome {
 Outcome ReadAndShow(const Options& options)
 {
   const InterruptScope interrupt;
-  const RunningWorld world;
-  const ReadSummary read = ReadFiles(options.files, *world.Get());
-  if (read.interrupted) {
-    return {ExitInterrupted, {}};
+  Session session;
+  if (const ExitCode code = Read(options, session); code != ExitOk) {
+    return {code, {}};
   }
-  if (read.files == 0) {
-    return {ExitFailure, {}};
-  }
-  Panel panel(world.Get(), options);
-  const bool isFine = panel.Check() && read.files == options.files.size();
+  Panel panel(session.world.Get(), session.stage, options);
+  const bool isFine = panel.Check() && session.read.files == options.files.size();
   std::ostringstream text;
-  panel.Print(text);
+  if (options.trace) {
+    text << panel.TakeTrace();
+  } else {
+    panel.Print(text);
+  }
   if (InterruptScope::WasInterrupted()) {
     return {ExitInterrupted, {}};
   }
-  if (options.verbose) {
-    TellCounts(read.files, panel.GetRowCount());
-  }
+  TellCounts(options, session.read.files, panel.GetRowCount());
   return {isFine ? ExitOk : ExitFailure, std::move(text).str()};
 }
 
@@ -79,5 +90,5 @@ Outcome ReadAndShow(const Options& options)
 ExitCode Show(const Options& options)
 {
   const Outcome outcome = ReadAndShow(options);
-  return Write(outcome.text) ? outcome.exitCode : ExitFailure;
+  return WriteOut(outcome.text) ? outcome.exitCode : ExitFailure;
 }

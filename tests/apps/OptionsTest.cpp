@@ -53,6 +53,12 @@ TEST(ParseOptions, AsciiAndUnicode_ChooseTheLinesWhereverTheyGo)
   EXPECT_FALSE(Parse({"--unicode", "a.stp"}).options->style.ascii);
 }
 
+TEST(ParseOptions, Rows_TellTheirStateUnlessTheyAreToBePlain)
+{
+  EXPECT_TRUE(Parse({"a.stp"}).options->style.states);
+  EXPECT_FALSE(Parse({"--plain", "a.stp"}).options->style.states);
+}
+
 TEST(ParseOptions, Faults_GiveNoOptionsAndTheCodeForUsage)
 {
   for (const ParsedOptions& parsed :

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "guitree/GuiTree.h"
-#include "guitree/SceneInfoLog.h"
 #include "memkernel/World.h"
 
 namespace {
@@ -28,19 +25,9 @@ protected:
   const du::SmartPtr<PlainTreeState> state = du::MakeSmart<PlainTreeState>(*gui);
 };
 
-TEST_F(PlainTreeStateTest, Tree_IsThatOfTheRunningWorld)
-{
-  EXPECT_EQ(state->Initialise_GetZelkTree({}), world->tree);
-
-  world->RemoveFromProcess();
-  EXPECT_FALSE(state->Initialise_GetZelkTree({}));
-}
-
 TEST_F(PlainTreeStateTest, Filter_LetsEverythingThrough)
 {
   EXPECT_FALSE(state->GetFilter({}).IsFiltering(false));
-  EXPECT_FALSE(state->HaveSelController());
-  EXPECT_FALSE(state->GetSelController(true));
 }
 
 TEST_F(PlainTreeStateTest, Icon_TellsWhetherThereIsAnythingToLoad)
@@ -61,24 +48,29 @@ TEST_F(PlainTreeStateTest, Icon_TellsProxiesApart)
   EXPECT_EQ(IconOf(memkernel::InstanceProxy | memkernel::InstanceRootContainerRoot), 2);
 }
 
-TEST_F(PlainTreeStateTest, Thumbnail_IsWhatTheInstanceSays)
+TEST_F(PlainTreeStateTest, Icon_TellsBodiesApart)
 {
-  auto& tree = world->GetMemTree();
-  const auto root = tree.CreateRoot(tree.CreateProduct({.name = "a", .flags = memkernel::InstanceThumbnailSource}));
-  const auto part = tree.AddChild(root, tree.CreateProduct({.name = "b"}));
-
-  EXPECT_TRUE(state->HasInstGotThumbnail(root));
-  EXPECT_FALSE(state->HasInstGotThumbnail(part));
-  EXPECT_FALSE(state->HasInstGotThumbnail({}));
+  EXPECT_EQ(IconOf(memkernel::InstanceBodyType | memkernel::InstanceShapeSource), 44);
+  EXPECT_EQ(IconOf(memkernel::InstanceBodyType), 2);
 }
 
-TEST_F(PlainTreeStateTest, SceneInfoLog_IsNewEachTime)
+TEST_F(PlainTreeStateTest, Icon_TellsInWhichSceneAShapeHasFailed)
 {
-  const std::unique_ptr<guitree::SceneInfoLog> first(state->CreateSceneInfoLog());
-  const std::unique_ptr<guitree::SceneInfoLog> second(state->CreateSceneInfoLog());
+  auto& tree = world->GetMemTree();
+  const auto failed = du::MakeSmart<memkernel::Shape>(memkernel::Shape::Work(), zelk::ShapeDataFailed);
+  const auto root = tree.CreateRoot(tree.CreateProduct({.name = "assembly"}));
+  const auto scene = world->CreateShapeScene();
+  const auto iconIn = [&](unsigned int flags, const du::SmartPtr<zelk::Scene>& shown) {
+    const auto part = tree.AddChild(root, tree.CreateProduct({.name = "part", .flags = flags, .shape = failed}));
+    scene->CreateShapeInstance(part);
+    return state->GetUnloadedTypeIcon(part.Get(), shown);
+  };
 
-  EXPECT_NE(first, nullptr);
-  EXPECT_NE(first, second);
+  EXPECT_EQ(iconIn(0, scene), 28);
+  EXPECT_EQ(iconIn(memkernel::InstanceBodyType, scene), 50);
+  EXPECT_EQ(iconIn(memkernel::InstanceProxy | memkernel::InstanceProxyExpanded, scene), 14);
+  EXPECT_EQ(iconIn(0, {}), 0);
+  EXPECT_EQ(iconIn(0, world->CreateShapeScene()), 0);
 }
 
 }  // namespace
