@@ -1,6 +1,7 @@
 #include "Options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <iostream>
 #include <string>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "Terminal.h"
+#include "script/Forms.h"
 
 namespace {
 
@@ -33,17 +35,45 @@ external files that are missing are warnings: they read as [failed].
 
 )";
 
+constexpr std::string_view s_aboutScripts =
+    R"(With --script each line of a script is one command, and the panel is printed after each, or with
+--trace the calls that it made:
+
+)";
+
+constexpr std::string_view s_aboutPaths =
+    R"(
+A PATH is a name, or names with / between them, each below the one before it; /NAME is the root.
+NAME#2 is the second of several. Names with blanks, / or # are written in "quotes". A line or the
+rest of it that begins with # is a comment.
+
+)";
+
 constexpr std::string_view s_aboutExit =
     R"(Exit codes:
   0    everything was shown
-  1    a file could not be read, the output could not be written, or --check found a violation
+  1    a file or a line of the script could not be read or played, the output could not be written,
+       or --check found a violation
   2    the command line is wrong
   130  reading was interrupted with Ctrl-C; nothing was printed to stdout)";
+
+void AppendLine(std::string& text, std::string usage, std::string_view summary)
+{
+  constexpr std::size_t column = 26;
+  usage.resize(std::max(column, usage.size() + 1), ' ');
+  text.append("  ").append(usage).append(summary) += '\n';
+}
 
 std::string MakeFooter()
 {
   std::string text(s_aboutRows);
-  return text.append(texthost::GetLegend()).append(s_aboutLines).append(s_aboutExit);
+  text.append(texthost::GetLegend()).append(s_aboutLines).append(s_aboutScripts);
+  for (const script::Form& form : script::GetForms()) {
+    AppendLine(text, script::GetUsage(form), form.summary);
+  }
+  AppendLine(text, "repeat N COMMAND", "play a command N times");
+  AppendLine(text, "in N COMMAND", "the first eight: in scene N, not in that of the view");
+  return text.append(s_aboutPaths).append(s_aboutExit);
 }
 
 std::string FindFaultInDepth(const std::string& text)
@@ -72,6 +102,8 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
       ->check(FindFaultInDepth);
   app.add_flag("--trace", options.trace, "Print the calls that the panel makes on its host instead of the tree");
   app.add_flag("--check", options.check, "Check these calls; violations go to stderr and make the exit code 1");
+  app.add_option("--script", options.script, "Play the commands of a file, or of the standard input for -")
+      ->type_name("FILE");
   app.add_flag("--verbose", options.verbose, "Tell on stderr how much was read");
   app.footer(MakeFooter());
   app.get_formatter()->label("REQUIRED", "");

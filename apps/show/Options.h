@@ -9,6 +9,8 @@
 /// What the command line asks for.
 struct Options {
   std::vector<std::filesystem::path> files;
+  /// The script to play; `-` for the standard input.
+  std::optional<std::filesystem::path> script;
   texthost::PrintStyle style;
   bool trace = false;
   bool check = false;

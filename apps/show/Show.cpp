@@ -6,10 +6,13 @@
 #include "Interrupt.h"
 #include "Output.h"
 #include "Panel.h"
+#include "Playback.h"
 #include "ReadFiles.h"
+#include "ScriptSource.h"
 #include "memkernel/World.h"
 #include "script/Stage.h"
 #include "stepimport/Scene.h"
+#include "texthost/PrintableText.h"
 
 namespace {
 
@@ -85,10 +88,38 @@ Outcome ReadAndShow(const Options& options)
   return {isFine ? ExitOk : ExitFailure, std::move(text).str()};
 }
 
+ExitCode ReadWithInterrupt(const Options& options, Session& session)
+{
+  const InterruptScope interrupt;
+  const ExitCode code = Read(options, session);
+  return InterruptScope::WasInterrupted() ? ExitInterrupted : code;
+}
+
+// Once the files are read Ctrl-C ends the process at once: what was played so far has been written.
+ExitCode ReadAndPlay(const Options& options)
+{
+  ScriptSource source(*options.script);
+  if (!source.GetError().empty()) {
+    std::cerr << "guitree-show: " << texthost::MakePrintable(source.GetName()) << ": " << source.GetError() << '\n';
+    return ExitFailure;
+  }
+  Session session;
+  if (const ExitCode code = ReadWithInterrupt(options, session); code != ExitOk) {
+    return code;
+  }
+  Panel panel(session.world.Get(), session.stage, options);
+  const ExitCode code = Playback(session.world.Get(), session.stage, panel, options).Play(source);
+  TellCounts(options, session.read.files, panel.GetRowCount());
+  return session.read.files == options.files.size() ? code : ExitFailure;
+}
+
 }  // namespace
 
 ExitCode Show(const Options& options)
 {
+  if (options.script) {
+    return ReadAndPlay(options);
+  }
   const Outcome outcome = ReadAndShow(options);
   return WriteOut(outcome.text) ? outcome.exitCode : ExitFailure;
 }

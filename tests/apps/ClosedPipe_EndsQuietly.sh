@@ -1,4 +1,4 @@
-# usage: ClosedPipe_EndsQuietly.sh SHOW FILE
+# usage: ClosedPipe_EndsQuietly.sh SHOW ARGUMENTS...
 # Writes into a pipe whose reader has gone: the program must end by the signal for it and say nothing.
 set -u
 pipe=$(mktemp -u)
@@ -9,7 +9,7 @@ mkfifo "$pipe"
 (
   trap '' PIPE  # as a parent does that ignores the signal
   exec 3<> "$pipe" > "$pipe" 3<&-
-  exec "$1" "$2" 2> "$messages"
+  exec "$@" 2> "$messages"
 )
 code=$?
 

@@ -1,8 +1,8 @@
-# usage: FullDisk_IsAnError.sh SHOW FILE
+# usage: FullDisk_IsAnError.sh SHOW ARGUMENTS...
 set -u
 # As in RunShow.cmake.
 export ASAN_OPTIONS="${ASAN_OPTIONS:-}:fast_unwind_on_malloc=0:malloc_context_size=10"
-message=$("$1" "$2" 2>&1 > /dev/full)
+message=$("$@" 2>&1 > /dev/full)
 code=$?
 
 [ "$code" -eq 1 ] || { echo "the exit code is $code and should be 1"; exit 1; }

@@ -59,11 +59,19 @@ TEST(ParseOptions, Rows_TellTheirStateUnlessTheyAreToBePlain)
   EXPECT_FALSE(Parse({"--plain", "a.stp"}).options->style.states);
 }
 
+TEST(ParseOptions, Script_IsAFileOrTheStandardInput)
+{
+  EXPECT_EQ(Parse({"a.stp"}).options->script, std::nullopt);
+  EXPECT_EQ(Parse({"a.stp", "--script", "b.script", "c.stp"}).options->script, "b.script");
+  EXPECT_EQ(Parse({"--script", "-", "a.stp"}).options->script, "-");
+}
+
 TEST(ParseOptions, Faults_GiveNoOptionsAndTheCodeForUsage)
 {
   for (const ParsedOptions& parsed :
        {Parse({}), Parse({"--bogus", "a.stp"}), Parse({"--depth", "-1", "a.stp"}), Parse({"--depth", "x", "a.stp"}),
-        Parse({"--depth", "99999999999999999999999", "a.stp"}), Parse({"--ascii", "--unicode", "a.stp"})}) {
+        Parse({"--depth", "99999999999999999999999", "a.stp"}), Parse({"--ascii", "--unicode", "a.stp"}),
+        Parse({"a.stp", "--script"}), Parse({"--script", "a", "--script", "b", "a.stp"})}) {
     EXPECT_FALSE(parsed.options);
     EXPECT_EQ(parsed.exitCode, ExitUsage);
   }

@@ -7,8 +7,12 @@ cmake_policy(VERSION 3.25)
 set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:fast_unwind_on_malloc=0:malloc_context_size=10")
 
 string(REPLACE "|" ";" ARGS "${ARGS}")
+if(NOT INPUT)
+  set(INPUT /dev/null)
+endif()
 execute_process(
   COMMAND "${SHOW}" ${ARGS}
+  INPUT_FILE "${INPUT}"
   WORKING_DIRECTORY "${WORK}"
   OUTPUT_VARIABLE out
   ERROR_VARIABLE err

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -182,6 +184,16 @@ TEST(GetForms, EachVerb_HasOneForm)
 {
   for (const Form& form : script::GetForms()) {
     EXPECT_EQ(&script::GetForm(form.verb), &form) << form.words;
+  }
+}
+
+TEST(GetForms, EachForm_IsToldInTheGuide)
+{
+  std::ifstream file(GUIDE);
+  const std::string guide(std::istreambuf_iterator<char>(file), {});
+
+  for (const Form& form : script::GetForms()) {
+    EXPECT_NE(guide.find("| `" + GetUsage(form) + "` |"), std::string::npos) << GetUsage(form);
   }
 }
 
