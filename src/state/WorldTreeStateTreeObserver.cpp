@@ -55,6 +55,7 @@ void WorldTreeStateTreeObserver::OnInstanceCreate(const du::SmartPtr<zelk::BaseI
   const Pin self(this);
   const LiveGuiTree gui(_GetGuiTree());
   if (const auto state = _GetLiveState()) {
+    gui->NoteChildAdded(instance, parent);
     // Its address may have been that of an instance that has gone.
     gui->RemoveFromLogs(instance);
     Helper_OnInstanceCreate(instance, parent, name);
