@@ -59,10 +59,10 @@ du::SmartPtr<memkernel::Instance> FindAssembly(const std::vector<du::SmartPtr<ze
 }
 
 /// A burst of single edits, or of one too many, with a scene on show.
-Figures InsertBurst(std::size_t rows, Shape shape, std::size_t edits, bool withPeers)
+Figures InsertBurst(std::size_t rows, Shape shape, std::size_t edits)
 {
   const du::SmartPtr<memkernel::Tree> tree = MakeTree(shape, rows);
-  const auto peers = withPeers ? MakeInsertionPeers(*tree) : std::vector<std::unique_ptr<InsertionPeer>>();
+  const auto peers = MakeInsertionPeers(*tree, shape != Shape::Wide);
   IdleHost host;
   LivePanel panel(tree, host);
   panel.Show(panel.AddScene());
@@ -144,9 +144,9 @@ int main(int argc, char** argv)
   for (const std::size_t edits : {std::size_t{200}, std::size_t{201}}) {
     const std::string name = "Insert" + std::to_string(edits);
     bench::Register(name + "/typical", sizes,
-                    [edits](std::size_t rows) { return bench::InsertBurst(rows, Shape::Typical, edits, true); });
-    bench::Register(name + "/wide", sizes,
-                    [edits](std::size_t rows) { return bench::InsertBurst(rows, Shape::Wide, edits, true); });
+                    [edits](std::size_t rows) { return bench::InsertBurst(rows, Shape::Typical, edits); });
+    bench::Register(name + "/wide", {10'000, 100'000},
+                    [edits](std::size_t rows) { return bench::InsertBurst(rows, Shape::Wide, edits); });
   }
   bench::Register("Select", sizes,
                   [](std::size_t count) { return bench::Select(count, zelk::SelectionManager::SelectionList); });

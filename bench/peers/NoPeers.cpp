@@ -7,7 +7,8 @@ std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& /*tree*/)
   return {};
 }
 
-std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& /*tree*/)
+std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& /*tree*/,
+                                                               bool /*withHiddenBranch*/)
 {
   return {};
 }

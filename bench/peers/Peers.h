@@ -42,8 +42,10 @@ public:
   [[nodiscard]] virtual std::size_t TakeBack() = 0;
 };
 
-/// As `MakePeers`. The texts are read when the peers are made.
-[[nodiscard]] std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree);
+/// As `MakePeers`. With `withHiddenBranch` there is one in which the branch is hidden until the first row comes; it
+/// takes minutes where the branch is long.
+[[nodiscard]] std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree,
+                                                                             bool withHiddenBranch);
 
 /// The peers of this build, for a tree that outlives them; none if they were left out.
 [[nodiscard]] std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& tree);

@@ -186,12 +186,14 @@ private:
 
 }  // namespace
 
-std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree)
+std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree, bool withHiddenBranch)
 {
   std::vector<std::unique_ptr<InsertionPeer>> peers;
   peers.push_back(std::make_unique<FilterProxy>(tree, "proxy", "art"));
   // Nothing is shown before the insertion, which brings the ancestors.
-  peers.push_back(std::make_unique<FilterProxy>(tree, "rare", "New part"));
+  if (withHiddenBranch) {
+    peers.push_back(std::make_unique<FilterProxy>(tree, "rare", "New part"));
+  }
   return peers;
 }
 
