@@ -141,11 +141,16 @@ public:
   }
 
 private:
+  /// By number: what is drawn may be drawn again for another pair.
+  [[nodiscard]] const Instance& _Any() const
+  {
+    return m_instances[*rc::gen::inRange<std::size_t>(0, m_instances.size())];
+  }
   [[nodiscard]] static bool _Toss() { return *rc::gen::arbitrary<bool>(); }
 
   void _Create()
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     const auto controller = du::MakeSmart<testsupport::ScriptedSelectionController>();
     const bool isSelected = _Toss();
     const bool isHighlighted = _Toss();
@@ -157,7 +162,7 @@ private:
   }
   void _Remove()
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     host.InstanceRemove(instance, {}, _Toss());
     model.Remove(instance);
   }
@@ -211,7 +216,7 @@ private:
   }
   void _ChangeState(TextHost::ChangeMap& changes)
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     const auto state = static_cast<guitree::VisibleState>(*rc::gen::inRange(1, 9));
     changes[instance.Get()] = state << 4 | m_truth.GetState(instance);
     if (state == guitree::VisibleStateHidden) {
@@ -222,7 +227,7 @@ private:
   }
   void _ChangeIcon(TextHost::ChangeMap& changes)
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     const int icon = *rc::gen::element(0, 1, 28, 29);
     m_truth.icons.Set(instance.Get(), icon);
     changes[instance.Get()] = icon;
@@ -232,8 +237,10 @@ private:
   void _Mark(bool isSelected)
   {
     std::vector<du::SmartPtr<zelk::Object>> items;
-    for (const Instance& instance : *rc::gen::container<std::vector<Instance>>(rc::gen::elementOf(m_instances))) {
-      items.push_back(instance);
+    const auto count = *rc::gen::inRange(0, 4);
+    for (int item = 0; item < count; ++item) {
+      const Instance& instance = _Any();
+      items.emplace_back(instance);
       if (Model::Row* row = model.Find(instance)) {
         row->isSelected = isSelected;
       }
@@ -253,7 +260,7 @@ private:
   }
   void _Highlight()
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     const bool on = _Toss();
     Model::Row* row = model.Find(instance);
     RC_ASSERT(host.SetAssocHlight(instance.Get(), on) == (row != nullptr));
@@ -263,7 +270,7 @@ private:
   }
   void _Rename()
   {
-    const Instance instance = *rc::gen::elementOf(m_instances);
+    const Instance instance = _Any();
     instance->objectName = du::Symbol("n" + std::to_string(*rc::gen::inRange(0, 100)));
     if (_Toss()) {
       return;

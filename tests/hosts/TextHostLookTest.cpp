@@ -3,8 +3,6 @@
 #include "TestInstance.h"
 #include "TextOf.h"
 #include "guitree/TypeIconMap.h"
-#include "testsupport/ScriptedSelectionController.h"
-#include "zelk/ObjectSelectionItem.h"
 
 namespace {
 

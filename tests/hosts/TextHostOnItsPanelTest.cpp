@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "TestInstance.h"
 #include "TextOf.h"
 #include "guitree/SceneInfoLog.h"
 #include "testsupport/Panel.h"
@@ -31,6 +32,7 @@ protected:
 
   [[nodiscard]] std::string Text() const { return hosttest::TextOf(host, {.ascii = true, .states = true}); }
 
+  std::vector<du::SmartPtr<zelk::Object>> items;
   texthost::TextHost host;
   testsupport::Panel panel{"root[bolt nut]"};
   const du::SmartPtr<testsupport::PlainShapeScene> scene = du::MakeSmart<testsupport::PlainShapeScene>();
@@ -127,6 +129,24 @@ TEST_F(TextHostOnItsPanel, NewRowAfterItsSceneHasGone_CarriesNoVisibleState)
             "       `- nut\n");
 }
 
+TEST_F(TextHostOnItsPanel, Items_SelectTheRowsThatThePanelNames)
+{
+  panel.Initialise();
+  const auto other = hosttest::Make("other");
+
+  panel.state->OnInsertItems(items = {panel.kernel["bolt"], other, nullptr});
+  EXPECT_EQ(Text(),
+            "   root\n"
+            ">  |- bolt\n"
+            "   `- nut\n");
+
+  panel.state->OnRemoveItems(items = {panel.kernel["bolt"], other, nullptr});
+  EXPECT_EQ(Text(),
+            "   root\n"
+            "   |- bolt\n"
+            "   `- nut\n");
+}
+
 TEST_F(TextHostOnItsPanel, Refresh_ReadsTheSelectionOfThePanel)
 {
   panel.Initialise();
@@ -156,7 +176,7 @@ TEST_F(TextHostOnItsPanel, Refresh_ReadsTheSelectionOfThePanel)
 TEST_F(TextHostOnItsPanel, RefreshWithoutAController_ClearsTheSelection)
 {
   panel.Initialise();
-  std::vector<du::SmartPtr<zelk::Object>> items{panel.kernel["bolt"]};
+  items = {panel.kernel["bolt"]};
   host.SelectItems(items);
   panel.state->selController.Reset();
 

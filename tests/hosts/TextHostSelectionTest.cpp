@@ -2,6 +2,7 @@
 
 #include "TestInstance.h"
 #include "TextOf.h"
+#include "memkernel/World.h"
 #include "testsupport/ScriptedSelectionController.h"
 #include "zelk/ObjectSelectionItem.h"
 
@@ -32,15 +33,15 @@ protected:
   const Instance nut = Make("nut", root);
 };
 
-TEST_F(TextHostSelection, Items_SelectTheRowsOfTheirInstances)
+TEST_F(TextHostSelection, Items_SelectTheirRows)
 {
-  Select({bolt, du::MakeSmart<zelk::ObjectSelectionItem>(nut)});
+  Select({bolt, nut});
   EXPECT_EQ(Text(),
             "   root\n"
             ">  |- bolt\n"
             ">  `- nut\n");
 
-  Deselect({du::MakeSmart<zelk::ObjectSelectionItem>(bolt)});
+  Deselect({bolt});
   EXPECT_EQ(Text(),
             "   root\n"
             "   |- bolt\n"
@@ -53,12 +54,30 @@ TEST_F(TextHostSelection, Items_SelectTheRowsOfTheirInstances)
             "   `- nut\n");
 }
 
+TEST_F(TextHostSelection, ItemsOfAScene_SelectTheRowsOfTheirInstances)
+{
+  const auto world = du::MakeSmart<memkernel::World>(1U);
+  memkernel::Tree& tree = world->GetMemTree();
+  const auto part =
+      tree.CreateRoot(tree.CreateProduct({.name = "part", .shape = du::MakeSmart<memkernel::Shape>(nullptr)}));
+  const auto scene = world->CreateShapeScene();
+  const auto presence = scene->CreateShapeInstance(part);
+  hosttest::Create(host, root);
+  host.InstanceCreate(part, root, {}, false);
+
+  Select({presence});
+  EXPECT_TRUE(Text().ends_with(">  `- part\n"));
+
+  Deselect({presence});
+  EXPECT_TRUE(Text().ends_with("   `- part\n"));
+}
+
 TEST_F(TextHostSelection, ItemsOfNoRow_ArePassedOver)
 {
   const Instance other = Make("other", root);
   const std::string before = Text();
 
-  Select({nullptr, other, du::MakeSmart<zelk::ObjectSelectionItem>(nullptr)});
+  Select({nullptr, other, du::MakeSmart<zelk::ObjectSelectionItem>(bolt)});
   EXPECT_EQ(Text(), before);
 
   Deselect({nullptr, other});

@@ -98,7 +98,7 @@ std::string_view GetLegend()
 [t]  visible as a thumbnail
 [_]  hidden, a thumbnail
 [?]  in a state that is not known
-*    its shape is loaded
+*    has the icon of what is loaded
 
 [no shape], [body], [shape failed] and the like behind a name tell the icon of the row; the plain
 one is not told. [not loaded] is a file that was not opened, [failed: FILE] one that could not be.

@@ -6,7 +6,8 @@
 #include "guitree/TreeSelectionController.h"
 #include "guitree/TreeStateBase.h"
 #include "texthost/TextHost.h"
-#include "zelk/ObjectSelectionItem.h"
+#include "zelk/Instance.h"
+#include "zelk/ShapeInstance.h"
 
 namespace texthost {
 
@@ -21,13 +22,18 @@ guitree::VisibleState ReadState(const TextHost::VisibleMap* states, const zelk::
   return known != states->end() ? known->second : guitree::VisibleStateHidden;
 }
 
-/// What is selected may come by itself or as the item that selects it.
-const zelk::BaseInstance* FindInstance(const zelk::Object* object)
+/// What is picked in a scene comes as its presence there; the rows are those of the instances.
+std::vector<du::SmartPtr<zelk::Object>> TakeToTree(const std::vector<du::SmartPtr<zelk::Object>>& items)
 {
-  if (const auto* item = dynamic_cast<const zelk::ObjectSelectionItem*>(object)) {
-    return dynamic_cast<const zelk::BaseInstance*>(item->GetObject().Get());
+  std::vector<du::SmartPtr<zelk::Object>> objects = items;
+  for (du::SmartPtr<zelk::Object>& object : objects) {
+    if (const auto presence = du::DynamicCast<zelk::ShapeInstance>(object)) {
+      du::SmartPtr<zelk::Instance> instance;
+      presence->GetInstance(instance);
+      object = instance;
+    }
   }
-  return dynamic_cast<const zelk::BaseInstance*>(object);
+  return objects;
 }
 
 void SetMember(std::unordered_set<const zelk::BaseInstance*>& set, const zelk::BaseInstance* instance, bool isMember)
@@ -131,11 +137,28 @@ void TextHost::DeselectItems(std::vector<du::SmartPtr<zelk::Object>>& items)
 
 void TextHost::_Mark(const std::vector<du::SmartPtr<zelk::Object>>& items, bool isSelected)
 {
-  for (const auto& item : items) {
-    if (const Row* row = _FindRow(FindInstance(item.Get()))) {
-      SetMember(m_selected, row->instance.Get(), isSelected);
+  for (const zelk::BaseInstance* instance : _FindInstances(items)) {
+    if (_FindRow(instance)) {
+      SetMember(m_selected, instance, isSelected);
     }
   }
+}
+
+// The panel knows which row stands for an instance that has none of its own.
+std::set<zelk::BaseInstance*> TextHost::_FindInstances(const std::vector<du::SmartPtr<zelk::Object>>& items) const
+{
+  const auto objects = TakeToTree(items);
+  std::set<zelk::BaseInstance*> found;
+  if (guitree::TreeStateBase* state = m_panel ? m_panel->GetTreeState() : nullptr) {
+    state->GetBaseInstFromSelItems(objects, found);
+    return found;
+  }
+  for (const auto& item : objects) {
+    if (auto* instance = dynamic_cast<zelk::BaseInstance*>(item.Get())) {
+      found.insert(instance);
+    }
+  }
+  return found;
 }
 
 void TextHost::ClearSelection()

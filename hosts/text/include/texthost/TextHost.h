@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <list>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -77,8 +78,9 @@ public:
   ~TextHost() override = default;
 
   /// The panel that this host is for; not owned, null for none. It is asked for what no call brings: how a row looks
-  /// that comes while a scene is shown, and what is selected when the selection is to be read again. Without it such a
-  /// row reads as hidden, and has no icon until a call tells one, and the selection stays as it is.
+  /// that comes while a scene is shown, which rows stand for what is selected, and what is selected when the selection
+  /// is to be read again. Without it a new row reads as hidden, and has no icon until a call tells one; selected
+  /// instances stand for themselves, and the selection is never read again.
   void SetPanel(guitree::GuiTree* panel) noexcept { m_panel = panel; }
 
   /// One line a row, parents first, each ended by `\n`; nothing without rows. Levels from `s_maxIndent` on are not
@@ -163,6 +165,8 @@ private:
   void _ForEachRow(Visit visit);
   [[nodiscard]] std::optional<int> _ReadIcon(guitree::TypeIconMap& icons, const zelk::BaseInstance* instance) const;
   void _Mark(const std::vector<du::SmartPtr<zelk::Object>>& items, bool isSelected);
+  [[nodiscard]] std::set<zelk::BaseInstance*> _FindInstances(
+      const std::vector<du::SmartPtr<zelk::Object>>& items) const;
   void _ReadSelection();
 
   du::SmartPtr<SceneManagerObserver> m_observer;
