@@ -52,7 +52,6 @@ struct RowText {
 /// - Rows are known by their instances. A second `InstanceCreate` updates and moves the row.
 /// - A row whose parent has none, since it is hidden, goes under the nearest ancestor that has one, or to the top.
 /// - Brackets are counted, and a finish without a start is passed over.
-///
 /// - A row is what the calls have told of it. Names, icons and states are read when a row comes and when a call tells
 ///   that they have changed, never in between; no map is kept.
 ///
