@@ -3,6 +3,7 @@
 #include <functional>
 #include <set>
 
+#include "guitree/SceneInfoLog.h"
 #include "guitree/WorldTreeState.h"
 #include "guitree/WorldTreeStateTreeObserver.h"
 #include "testsupport/ScriptedFilter.h"
@@ -26,6 +27,8 @@ public:
   ScriptedFilter filter;
   int unloadedTypeIcon = 0;
   std::set<const zelk::BaseInstance*> hidden;
+  /// Makes the logs; without it they are plain ones.
+  std::function<guitree::SceneInfoLog*()> makeSceneInfoLog;
   /// Whether there is an observer at all.
   bool makesObserver = true;
   /// Runs with each observer that is made, before it is registered: the only reference that a test may take.
@@ -35,6 +38,10 @@ public:
   /// Runs first of all when the state ends.
   std::function<void()> onEnd;
 
+  [[nodiscard]] guitree::SceneInfoLog* CreateSceneInfoLog() override
+  {
+    return makeSceneInfoLog ? makeSceneInfoLog() : WorldTreeState::CreateSceneInfoLog();
+  }
   [[nodiscard]] int GetUnloadedTypeIcon(const zelk::BaseInstance* /*instance*/,
                                         const du::SmartPtr<zelk::Scene>& /*scene*/) override
   {
