@@ -49,7 +49,8 @@ public:
   /// an object lives is its own.
   GuiTree(const GuiTree&);
   GuiTree& operator=(const GuiTree&);
-  /// Unregisters nothing, so `Close` comes first. Observers that the kernel still knows do nothing from now on.
+  /// Unregisters nothing, so `Close` comes first. Observers that the kernel still knows do nothing from now on. The
+  /// host gets no call, apart from the finish of a bracket that a burst of tree events has left open.
   ~GuiTree() override;
 
   [[nodiscard]] bool ZeroReferenceCountHook() const override;
@@ -188,6 +189,8 @@ private:
   du::SmartPtr<AssocHlightObserver> assocHlightObserver;
   du::SmartPtr<MySceneManagerObserver> sceneManagerObserver;
   const std::shared_ptr<GuiTree*> m_liveness;
+  /// How many bursts have their bracket open.
+  int m_openBursts = 0;
 };
 
 }  // namespace guitree

@@ -15,7 +15,8 @@ namespace guitree {
 /// it beside its kernel class and passes its events on. Lives as long as that observer. Owner's thread.
 ///
 /// A burst begins with the first event and ends with `Helper_OnEndUpdate`. The host's bracket is opened by the first
-/// edit that reaches it. Which tree an event comes from is not tested. After the `GuiTree` has ended nothing is done.
+/// edit that reaches it. Which tree an event comes from is not tested. A `GuiTree` that ends inside a burst closes the
+/// bracket, and after that nothing is done.
 class GuiTree::GuiTreeTreeObserverHelper {
 public:
   /// `tree` may be null: the object then does nothing.
@@ -58,6 +59,9 @@ protected:
   void _Detach();
 
 private:
+  /// Tells the host of the finish also if no start has been told.
+  void _CloseBracket(GuiTree& tree);
+
   GuiTree* guiTree;
   bool treeUpdateStarted = false;
   bool repopulateNeeded = false;

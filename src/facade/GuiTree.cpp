@@ -67,6 +67,10 @@ GuiTree::~GuiTree()
 {
   // From here on those that outlive this object, tree states above all, leave it alone.
   *m_liveness = nullptr;
+  // Nobody else closes them any more.
+  for (; m_openBursts > 0 && guiInterface; --m_openBursts) {
+    guiInterface->FinishTreeUpdate();
+  }
   delete std::exchange(treeController, nullptr);
   _ReleaseSceneManagerObserver();
   if (assocHlightObserver) {

@@ -98,9 +98,8 @@ void GuiTree::GuiTreeTreeObserverHelper::Helper_OnEndUpdate()
     return;
   }
   const LiveGuiTree pinnedTree(_GetGuiTree());
-  treeUpdateStarted = false;
   if (GuiTree* tree = _GetGuiTree()) {
-    tree->GetGuiInterface()->FinishTreeUpdate();
+    _CloseBracket(*tree);
   }
   if (GuiTree* tree = _GetGuiTree()) {
     tree->GetGuiInterface()->UpdateFilterUI();
@@ -127,6 +126,7 @@ void GuiTree::GuiTreeTreeObserverHelper::SetChanged()
     return;
   }
   treeUpdateStarted = true;
+  ++tree->m_openBursts;
   tree->GetGuiInterface()->StartTreeUpdate();
 }
 
@@ -139,10 +139,18 @@ void GuiTree::GuiTreeTreeObserverHelper::_Detach()
 {
   const LiveGuiTree tree(_GetGuiTree());
   guiTree = nullptr;
-  const bool isBracketOpen = std::exchange(treeUpdateStarted, false);
-  if (tree && isBracketOpen) {
-    tree->GetGuiInterface()->FinishTreeUpdate();
+  if (tree && treeUpdateStarted) {
+    _CloseBracket(*tree.Get());
   }
+}
+
+void GuiTree::GuiTreeTreeObserverHelper::_CloseBracket(GuiTree& tree)
+{
+  // A copy may have closed the bracket already.
+  if (std::exchange(treeUpdateStarted, false) && tree.m_openBursts > 0) {
+    --tree.m_openBursts;
+  }
+  tree.GetGuiInterface()->FinishTreeUpdate();
 }
 
 }  // namespace guitree
