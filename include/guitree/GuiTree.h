@@ -78,7 +78,7 @@ public:
   /// bound to its tree and its selection. A second call does nothing.
   void Close();
   /// Takes the panel off its tree: the state forgets its rows, nothing is observed any more and no selection is bound.
-  /// Scenes and view stay.
+  /// Scenes and view stay. Inside a burst of tree events the burst ends first; rows that it fills are taken away again.
   void Reset();
 
   /// Null when no view is active.

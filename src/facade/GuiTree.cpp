@@ -171,6 +171,10 @@ void GuiTree::Reset()
   _ReleaseShapeViewObserver();
   if (state) {
     state->DeregisterTreeObserver();
+    // That ends an open run of events, which may have refilled the rows or begun to.
+    if (state->IsBusy() || !state->GetNotFilteredSet().empty()) {
+      state->Reset();
+    }
   }
   baseTree.Reset();
   _TearDownSelMgr();
