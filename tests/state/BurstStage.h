@@ -1,26 +1,28 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "hostcheck/ProtocolChecker.h"
+#include "memkernel/SelectionManager.h"
 #include "testsupport/PlainScenes.h"
 #include "testsupport/RowsHost.h"
 #include "testsupport/WorldPanel.h"
 
 namespace bursttest {
 
-/// A panel that shows a scene whose changes wait, on a host that keeps rows and behind which calls are recorded and
-/// checked. Nothing is recorded at the start.
+/// A panel that shows a scene whose changes wait, on a host that keeps rows and behind which calls are recorded.
+/// Nothing is recorded at the start.
 struct Stage {
   Stage()
   {
     const auto proxy = panel.GetTree().CreateProduct({.name = "proxy", .flags = memkernel::InstanceProxy});
     closed = panel.GetTree().AddChild(panel.kernel["root"], proxy);
     panel.GetTree().AddChild(closed, panel.kernel["z"]->GetProduct());
+    panel.world->selectionManager = selection;
+    scene->selectionManager = selection;
     panel.gui->SetGuiInterface(&rows);
     panel.Initialise();
     panel.observer.Reset();
@@ -35,6 +37,10 @@ struct Stage {
   {
     panel.host.onCall = nullptr;
     GetReports().OnSceneRemoved(scene);
+    if (panel.gui) {
+      // The selection dies first.
+      panel.gui->Reset();
+    }
   }
 
   [[nodiscard]] guitree::GuiInterface::SceneManagerObserver& GetReports() const
@@ -58,6 +64,7 @@ struct Stage {
 
   testsupport::WorldPanel panel{"root[a[x y] b[z]]"};
   testsupport::RowsHost rows{&panel.host};
+  du::SmartPtr<memkernel::SelectionManager> selection = du::MakeSmart<memkernel::SelectionManager>(nullptr);
   /// A proxy with a child.
   du::SmartPtr<memkernel::Instance> closed;
   std::set<const zelk::BaseInstance*> hidden;
