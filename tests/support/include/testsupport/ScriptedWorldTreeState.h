@@ -27,6 +27,8 @@ public:
   ScriptedFilter filter;
   int unloadedTypeIcon = 0;
   std::set<const zelk::BaseInstance*> hidden;
+  /// Hides all bodies besides, which is known before an instance is there.
+  bool hidesBodies = false;
   /// Makes the logs; without it they are plain ones.
   std::function<guitree::SceneInfoLog*()> makeSceneInfoLog;
   /// Whether there is an observer at all.
@@ -54,7 +56,10 @@ public:
     }
     return filter;
   }
-  [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override { return hidden.contains(instance); }
+  [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override
+  {
+    return hidden.contains(instance) || (hidesBodies && instance->IsBodyInstance());
+  }
   [[nodiscard]] du::SmartPtr<guitree::WorldTreeStateTreeObserver> CreateWorldTreeObserver() override
   {
     if (!makesObserver) {
