@@ -116,7 +116,7 @@ private:
 
     [[nodiscard]] static Kind _GetKind(VisibleState state);
 
-    std::array<std::size_t, 4> m_counts{};
+    std::array<std::uint32_t, 4> m_counts{};
   };
 
   /// A child has come to `parent`, as the last change of its children.
