@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <utility>
 #include <vector>
 
 #include "FakeInstance.h"
@@ -13,7 +12,8 @@ namespace contracttest {
 
 using AnswerRevision = std::uint64_t (*)(const zelk::Instance& instance);
 
-/// Stands for an instance of memkernel, but answers another revision. One that dies leaves its address to the next.
+/// Stands for an instance of memkernel, but answers another revision. One that dies leaves its address to the next that
+/// is made, whatever the allocator does with its memory.
 template <AnswerRevision answer>
 class RestampedInstance : public kerneltest::FakeInstance {
 public:
@@ -24,20 +24,20 @@ public:
 
   static void* operator new(std::size_t size)
   {
-    void* const freed = std::exchange(s_freed, nullptr);
-    return freed ? freed : ::operator new(size);
-  }
-  static void operator delete(void* memory)
-  {
-    if (s_freed) {
-      ::operator delete(memory);
-    } else {
-      s_freed = memory;
+    Freed* const last = s_freed;
+    if (!last) {
+      return ::operator new(size);
     }
+    s_freed = last->before;
+    return last;
   }
+  static void operator delete(void* memory) { s_freed = new (memory) Freed{s_freed}; }
 
 private:
-  static inline void* s_freed = nullptr;
+  struct Freed {
+    Freed* before;
+  };
+  static inline Freed* s_freed = nullptr;
 
   const du::SmartPtr<zelk::Instance> m_real;
 };
