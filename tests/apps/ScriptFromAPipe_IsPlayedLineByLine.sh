@@ -1,6 +1,8 @@
 # usage: ScriptFromAPipe_IsPlayedLineByLine.sh SHOW FILE
 # Writes a line of a script only when what the line before it has caused was seen.
 set -u
+# As in RunShow.cmake.
+export ASAN_OPTIONS="${ASAN_OPTIONS:-}:fast_unwind_on_malloc=0:malloc_context_size=10"
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 mkfifo "$folder/in" "$folder/out"
