@@ -85,7 +85,7 @@ bool Playback::_PlayLine(const std::string& line, std::size_t number)
 
 std::string Playback::_DescribeOutcome(const script::Command& command)
 {
-  const std::string trace = m_panel.TakeTrace();
+  std::string trace = m_panel.TakeTrace();
   if (command.verb == script::Verb::Print) {
     return trace + _PrintPanel();
   }

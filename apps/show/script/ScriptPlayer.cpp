@@ -222,7 +222,7 @@ ScriptPlayer::InstancePtr ScriptPlayer::_AddToTree(const Path& path,
   if (!path.isFromRoot) {
     throw ScriptError("name the parent of a new instance before it: PARENT/" + ToText(path));
   }
-  const InstancePtr root = tree.CreateRoot(product);
+  InstancePtr root = tree.CreateRoot(product);
   if (!root) {
     throw ScriptError("there is a root already");
   }
