@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <random>
 #include <string>
 #include <utility>
@@ -126,7 +125,7 @@ double TimeStoring(const Leaves& leaves)
   return showing + hiding;
 }
 
-Figures SwitchWide(std::size_t count, const std::function<Leaves(Leaves)>& order)
+Figures SwitchWide(std::size_t count, Leaves (*order)(Leaves))
 {
   const LeafTree wide = MakeWide(count);
   const LeafTree spread = MakeSpread(count);
@@ -169,19 +168,21 @@ Figures SwitchDeepLeaf(std::size_t count)
   });
 }
 
+void RegisterOrder(const std::string& name, Leaves (*order)(Leaves))
+{
+  Register("Visibility/one_parent/" + name, {10'000, 100'000, 1'000'000},
+           [=](std::size_t count) { return SwitchWide(count, order); });
+}
+
 }  // namespace
 }  // namespace bench
 
 int main(int argc, char** argv)
 {
-  using namespace bench;
-  Register("Visibility/deep_leaf", {10'000}, &SwitchDeepLeaf);
-  Register("Visibility/subtree", {10'000, 100'000}, &SwitchSubtree);
-  const std::vector<std::pair<std::string, Leaves (*)(Leaves)>> orders{
-      {"first_to_last", [](Leaves leaves) { return leaves; }}, {"last_to_first", &Reverse}, {"random", &Shuffle}};
-  for (const auto& [name, order] : orders) {
-    Register("Visibility/one_parent/" + name, {10'000, 100'000, 1'000'000},
-             [order = order](std::size_t count) { return SwitchWide(count, order); });
-  }
-  return RunAll(argc, argv);
+  bench::Register("Visibility/deep_leaf", {10'000}, &bench::SwitchDeepLeaf);
+  bench::Register("Visibility/subtree", {10'000, 100'000}, &bench::SwitchSubtree);
+  bench::RegisterOrder("first_to_last", [](bench::Leaves leaves) { return leaves; });
+  bench::RegisterOrder("last_to_first", &bench::Reverse);
+  bench::RegisterOrder("random", &bench::Shuffle);
+  return bench::RunAll(argc, argv);
 }

@@ -5,7 +5,6 @@
 namespace memkerneltest {
 namespace {
 
-using memkernel::Instance;
 using memkernel::Tree;
 
 class ChildListRevisionTest : public TreeFixture {};
