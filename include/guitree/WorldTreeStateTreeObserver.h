@@ -22,6 +22,7 @@ public:
 
   /// Null once the state is done with the observer.
   [[nodiscard]] WorldTreeState* GetTreeState() const noexcept { return treeState; }
+  /// Null as well from then on, so that a tree never waits for an observer that waits for it.
   [[nodiscard]] du::SmartPtr<zelk::Tree> GetTree() const { return tree; }
 
   [[nodiscard]] du::Symbol GetObjectClass() const override;
@@ -60,7 +61,7 @@ private:
                            const du::SmartPtr<zelk::ViewableData>& viewable);
 
   WorldTreeState* treeState;
-  const du::SmartPtr<zelk::Tree> tree;
+  du::SmartPtr<zelk::Tree> tree;
 };
 
 }  // namespace guitree

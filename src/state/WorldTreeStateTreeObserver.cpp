@@ -198,6 +198,7 @@ void WorldTreeStateTreeObserver::_Detach()
   const Pin self(this);
   treeState = nullptr;
   GuiTreeTreeObserverHelper::_Detach();
+  tree.Reset();
 }
 
 du::SmartPtr<WorldTreeState> WorldTreeStateTreeObserver::_GetLiveState() const
