@@ -225,12 +225,13 @@ void WorldTreeState::_DeliverWave()
     return;
   }
   const Pin tree(&GetGuiTree());
+  const du::SmartPtr<zelk::ShapeScene> scene = log->GetShapeScene();
   GetGuiTree().GetGuiInterface()->UpdateVisAndTypeIconChanges(&log->GetVisibleMap(), &log->GetVisibleChangeMap(),
                                                               &log->GetTypeIconMap(), &log->GetTypeIconChangeMap());
-  // Only the log that was delivered, and only if the host has left it where it was.
-  if (_HasGuiTree() && GetCurInfoLog() == log) {
-    log->ClearVisibleChangeMap();
-    log->ClearTypeIconChangeMap();
+  // Looked up anew: the host may have removed the scene. One that it no longer shows has been delivered all the same.
+  if (SceneInfoLog* delivered = GetLog(scene)) {
+    delivered->ClearVisibleChangeMap();
+    delivered->ClearTypeIconChangeMap();
   }
 }
 

@@ -142,6 +142,21 @@ TEST_F(ShapeLoadingLifetime, ALoadThatTheKernelDropsUncompleted_IsForgotten)
   EXPECT_TRUE(IsTiming());
 }
 
+TEST_F(ShapeLoadingLifetime, AHostThatShowsAnotherSceneWhileItIsTold_GetsNoChangeASecondTime)
+{
+  const ShapeInstance a = Create("a");
+  panel.host.onCall = [this](const std::string& line) {
+    if (line.starts_with("UpdateVisAndTypeIconChanges")) {
+      GetReports().OnActiveViewChanged(otherView);
+    }
+  };
+
+  End(0, a, zelk::ShapeDataLoaded);
+
+  EXPECT_FALSE(HasChanges(GetLog(scene)));
+  EXPECT_EQ(panel.gui->GetCurrentLog(), &GetLog(other));
+}
+
 TEST_F(ShapeLoadingLifetime, AHostThatRemovesTheSceneWhileItIsTold_IsNoTrouble)
 {
   const ShapeInstance a = Create("a");
