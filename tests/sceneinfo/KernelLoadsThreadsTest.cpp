@@ -1,0 +1,232 @@
+// Loads on the workers of a whole kernel: they end, are cancelled, and outlive those who have asked for them.
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "KernelLoadsFixture.h"
+
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class KernelLoads : public sceneinfotest::KernelLoadsFixture {};
+
+TEST_F(KernelLoads, OfManyShapes_EndInOneWaveAndOneCall)
+{
+  constexpr std::size_t count = 300;
+  const auto shown = Show(count);
+
+  RunWave();
+  RunOut();
+
+  EXPECT_EQ(CountDeliveries(), 1);
+  EXPECT_EQ(finished, static_cast<int>(count));
+  EXPECT_THAT(GetLog().GetVisibleMap(), SizeIs(count + 1));
+  EXPECT_EQ(GetState(root), guitree::VisibleStateHiddenAllChildren);
+  EXPECT_THAT(GetLog().GetVisibleChangeMap(), IsEmpty());
+}
+
+TEST_F(KernelLoads, OfOneShapeForManyInstances_ShareOneRunOfItsWork)
+{
+  mayEnd = false;
+  const Instance first = Add("bolt");
+  std::vector<Instance> bolts{first};
+  for (int i = 0; i < 20; ++i) {
+    bolts.push_back(world->GetMemTree().AddChild(root, first->GetProduct()));
+  }
+  ShowAll(bolts);
+  state->AddStopWatch("wave");
+  mayEnd = true;
+
+  RunWave();
+
+  EXPECT_EQ(finished, 1);
+  EXPECT_THAT(GetLog().GetVisibleMap(), SizeIs(bolts.size() + 1));
+}
+
+TEST_F(KernelLoads, ThatFail_ShowInTheIconAlone)
+{
+  result = zelk::ShapeDataFailed;
+  const auto shown = Show(10);
+  state->unloadedTypeIcon = 28;
+
+  RunWave();
+
+  EXPECT_EQ(CountDeliveries(), 1);
+  EXPECT_THAT(GetLog().GetVisibleMap(), IsEmpty());
+  int icon = 0;
+  EXPECT_TRUE(GetLog().GetTypeIconMap()._Get(shown.front().Get(), icon));
+  // A shape instance is there, its data is not.
+  EXPECT_EQ(icon, 29);
+}
+
+TEST_F(KernelLoads, OfInstancesThatLeaveTheTree_AreCancelledAndLeaveNothing)
+{
+  mayEnd = false;
+  const auto shown = Show(10);
+  WaitForWorkers(1);
+
+  for (const Instance& instance : shown) {
+    world->GetMemTree().Remove(instance);
+  }
+  static_cast<void>(host.TakeCalls());
+  RunWave();
+  RunOut();
+
+  EXPECT_EQ(CountDeliveries(), 0);
+  EXPECT_EQ(finished, 0);
+  EXPECT_THAT(GetLog().GetVisibleMap(), IsEmpty());
+}
+
+TEST_F(KernelLoads, OfShapeInstancesThatAreRemoved_HoldBackTheOthersOnlyUntilTheyHaveNoticed)
+{
+  mayEnd = false;
+  const auto shown = Show(4);
+  WaitForWorkers(1);
+
+  scene->RemoveShapeInstance(shown[0]);
+  scene->RemoveShapeInstance(shown[1]);
+  static_cast<void>(host.TakeCalls());
+  mayEnd = true;
+  RunWave();
+
+  EXPECT_EQ(CountDeliveries(), 1);
+  EXPECT_EQ(GetState(shown[0]), guitree::VisibleStateHidden);
+  EXPECT_EQ(GetState(shown[2]), guitree::VisibleStateVisible);
+  EXPECT_EQ(GetState(shown[3]), guitree::VisibleStateVisible);
+}
+
+TEST_F(KernelLoads, OfASceneThatIsRemoved_AreCancelledAndToldToNobody)
+{
+  mayEnd = false;
+  const auto shown = Show(10);
+  WaitForWorkers(1);
+
+  GetReports().OnSceneRemoved(scene);
+  RunWave();
+  RunOut();
+
+  EXPECT_EQ(finished, 0);
+  EXPECT_EQ(CountDeliveries(), 0);
+}
+
+TEST_F(KernelLoads, OfASceneThatIsRemovedWhileTheyEnd_EndTheirWaveAllTheSame)
+{
+  const auto shown = Show(50);
+
+  GetReports().OnSceneRemoved(scene);
+  RunWave();
+  RunOut();
+
+  EXPECT_EQ(CountDeliveries(), 0);
+}
+
+TEST_F(KernelLoads, OfAStateThatHasGone_EndWithoutIt)
+{
+  mayEnd = false;
+  const auto shown = Show(10);
+  WaitForWorkers(1);
+  state->DeregisterTreeObserver();
+
+  gui->SetTreeState(nullptr);
+  state.Reset();
+  mayEnd = true;
+  RunOut();
+
+  EXPECT_EQ(CountDeliveries(), 0);
+  EXPECT_EQ(finished, 10);
+}
+
+TEST_F(KernelLoads, OfAPanelThatHasGone_EndWithoutIt)
+{
+  mayEnd = false;
+  const auto shown = Show(10);
+  WaitForWorkers(1);
+  gui->OnSceneRemoved(scene);
+  gui->Reset();
+  gui->Close();
+  static_cast<void>(host.TakeCalls());
+
+  gui.Reset();
+  mayEnd = true;
+  RunOut();
+
+  EXPECT_THAT(host.TakeCalls(), IsEmpty());
+  EXPECT_FALSE(state->GetStopWatch().IsRunning());
+}
+
+TEST_F(KernelLoads, OfAPanelThatEndsUnclosed_EndWithoutIt)
+{
+  mayEnd = false;
+  const auto shown = Show(10);
+  WaitForWorkers(1);
+  static_cast<void>(host.TakeCalls());
+
+  gui.Reset();
+  state.Reset();
+  mayEnd = true;
+  RunOut();
+
+  EXPECT_THAT(host.TakeCalls(), IsEmpty());
+}
+
+TEST_F(KernelLoads, OfAWorldThatShutsDown_EndTheirWaveOnceAndChangeNothing)
+{
+  mayEnd = false;
+  const auto shown = Show(100);
+  WaitForWorkers(1);
+
+  world->Shutdown();
+
+  EXPECT_FALSE(state->GetStopWatch().IsRunning());
+  EXPECT_EQ(finished, 0);
+  EXPECT_EQ(CountDeliveries(), 0);
+  EXPECT_THAT(GetLog().GetVisibleMap(), IsEmpty());
+}
+
+TEST_F(KernelLoads, OfAWorldThatShutsDownWithItsPanelGone_LeaveNothing)
+{
+  mayEnd = false;
+  const auto shown = Show(20);
+  WaitForWorkers(1);
+  gui->OnSceneRemoved(scene);
+  gui.Reset();
+  state.Reset();
+  static_cast<void>(host.TakeCalls());
+
+  world->Shutdown();
+
+  EXPECT_THAT(host.TakeCalls(), IsEmpty());
+}
+
+TEST_F(KernelLoads, WhileInstancesComeAndGo_LeaveEachThatStayedLoadedAndVisible)
+{
+  std::mt19937 random(1);
+  std::vector<Instance> shown;
+  const auto pick = [&](std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random); };
+  state->AddStopWatch("wave");
+
+  for (int round = 0; round < 200; ++round) {
+    if (shown.empty() || pick(3) != 0) {
+      shown.push_back(Add("part" + std::to_string(round)));
+      ShowAll({shown.back()});
+    } else {
+      const auto gone = shown.begin() + static_cast<std::ptrdiff_t>(pick(shown.size()));
+      pick(2) == 0 ? world->GetMemTree().Remove(*gone) : scene->RemoveShapeInstance(*gone);
+      shown.erase(gone);
+    }
+    if (pick(4) == 0) {
+      world->GetLoop().RunDue();
+    }
+  }
+  RunOut();
+
+  for (const Instance& instance : shown) {
+    EXPECT_EQ(GetState(instance), guitree::VisibleStateVisible);
+  }
+  EXPECT_THAT(GetLog().GetVisibleChangeMap(), IsEmpty());
+}
+
+}  // namespace
