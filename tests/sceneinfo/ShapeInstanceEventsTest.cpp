@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <ostream>
+
 #include "SceneEventsFixture.h"
 
 namespace {
@@ -108,6 +110,12 @@ struct VisibilityCase {
   unsigned short status;
   bool isThumbnail;
   int expected;
+
+  friend void PrintTo(const VisibilityCase& row, std::ostream* out)
+  {
+    *out << (row.visible ? "visible" : "hidden") << (row.isThumbnail ? " thumbnail" : "") << " of status "
+         << row.status;
+  }
 };
 
 class ShapeInstanceVisibility : public ShapeInstanceEvents, public testing::WithParamInterface<VisibilityCase> {};
