@@ -16,6 +16,7 @@ namespace sceneinfotest {
 class PanelModel {
 public:
   using Instance = du::SmartPtr<zelk::Instance>;
+  using Held = du::ConstSmartPtr<zelk::ShapeInstance>;
 
   [[nodiscard]] const WalkingModel& GetLog() const { return m_log; }
   /// The changes have been delivered.
@@ -36,9 +37,9 @@ public:
     if (status == zelk::ShapeDataLoaded) {
       _Report(shapeInstance, shapeInstance.IsVisible());
     } else if (status != zelk::ShapeDataFailed) {
-      m_pending.push_back(&shapeInstance);
+      m_pending.emplace_back(&shapeInstance);
       if (shapeInstance.IsThumbnail() && thumbnailsAreFlat) {
-        m_ended.push_back(&shapeInstance);
+        m_ended.emplace_back(&shapeInstance);
       }
     }
   }
@@ -50,7 +51,7 @@ public:
   /// The loader is done with a shape, which is that of one shape instance; nothing is recorded before the loop has run.
   void OnLoadEnded(const zelk::Shape& loaded)
   {
-    for (const zelk::ShapeInstance* pending : m_pending) {
+    for (const Held& pending : m_pending) {
       du::SmartPtr<zelk::Shape> shape;
       pending->GetShape(shape);
       if (shape == &loaded) {
@@ -61,13 +62,13 @@ public:
   /// Before the loop runs.
   void OnLoop()
   {
-    for (const zelk::ShapeInstance* ended : std::exchange(m_ended, {})) {
+    for (const Held& ended : std::exchange(m_ended, {})) {
       m_finished.push_back(ended);
       m_pending.erase(std::remove(m_pending.begin(), m_pending.end(), ended), m_pending.end());
       if (!m_pending.empty()) {
         continue;
       }
-      for (const zelk::ShapeInstance* finished : std::exchange(m_finished, {})) {
+      for (const Held& finished : std::exchange(m_finished, {})) {
         const auto status = finished->GetShapeDataStatus(1);
         if (status == zelk::ShapeDataLoaded || status == zelk::ShapeDataPartial) {
           _Report(*finished, finished->IsVisible());
@@ -154,9 +155,9 @@ private:
 
   WalkingModel m_log;
   std::map<const zelk::BaseInstance*, int> m_plain;
-  std::vector<const zelk::ShapeInstance*> m_pending;
-  std::vector<const zelk::ShapeInstance*> m_ended;
-  std::vector<const zelk::ShapeInstance*> m_finished;
+  std::vector<Held> m_pending;
+  std::vector<Held> m_ended;
+  std::vector<Held> m_finished;
   bool m_repopulates = false;
   int m_edits = 0;
 };
