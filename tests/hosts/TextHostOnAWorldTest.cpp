@@ -16,6 +16,9 @@ namespace {
 
 using InstancePtr = du::SmartPtr<memkernel::Instance>;
 
+/// What the product is called whose instances have no row.
+constexpr const char* s_hiddenProduct = "group";
+
 /// Icons that depend on the instance alone. One that depends on the scene has a loaded form that depends on when the
 /// scene came, before its view or after.
 class IconState : public testsupport::ScriptedWorldTreeState {
@@ -27,6 +30,11 @@ public:
   {
     const auto* instance = dynamic_cast<const zelk::Instance*>(base);
     return instance && instance->HasShapeSource() ? 0 : 2;
+  }
+  [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* base) const override
+  {
+    const auto* instance = dynamic_cast<const memkernel::Instance*>(base);
+    return instance && instance->GetProduct()->GetName() == s_hiddenProduct;
   }
 };
 
@@ -69,7 +77,8 @@ public:
     m_world->InstallForProcess();
     const auto shape = du::MakeSmart<memkernel::Shape>(nullptr, zelk::ShapeDataLoaded);
     m_products = {m_world->GetMemTree().CreateProduct({.name = "assembly"}),
-                  m_world->GetMemTree().CreateProduct({.name = "part", .shape = shape})};
+                  m_world->GetMemTree().CreateProduct({.name = "part", .shape = shape}),
+                  m_world->GetMemTree().CreateProduct({.name = s_hiddenProduct})};
     m_instances.push_back(m_world->GetMemTree().CreateRoot(m_products.front(), "root"));
     m_scene = m_world->CreateShapeScene(m_world->selectionManager);
     m_view = du::MakeSmart<memkernel::ShapeView>(m_scene);
@@ -124,12 +133,20 @@ private:
   }
   void _Add()
   {
-    const InstancePtr added = m_world->GetMemTree().AddChild(_Any(), _AnyOf(m_products),
-                                                             du::Symbol("n" + std::to_string(m_instances.size())));
+    const InstancePtr added = _Make(_Any(), _AnyOf(m_products), du::Symbol("n" + std::to_string(m_instances.size())));
     m_instances.push_back(added);
     if (added->HasShapeSource()) {
       m_scene->CreateShapeInstance(added, {.isVisible = *rc::gen::arbitrary<bool>()});
     }
+  }
+  /// Below `place` or in front of it.
+  [[nodiscard]] InstancePtr _Make(const InstancePtr& place, const du::SmartPtr<memkernel::Product>& product,
+                                  const du::Symbol& name) const
+  {
+    memkernel::Tree& tree = m_world->GetMemTree();
+    const bool isRoot = place == m_instances.front();
+    return isRoot || *rc::gen::arbitrary<bool>() ? tree.AddChild(place, product, name)
+                                                 : tree.InsertBefore(place, product, name);
   }
   void _Remove()
   {

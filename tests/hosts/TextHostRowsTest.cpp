@@ -255,6 +255,7 @@ TEST_F(TextHostRows, LongHiddenChain_IsClimbedOnce)
   constexpr int length = 100'000;
   std::vector<Instance> instances{root};
   host.StartTreeUpdate();
+  host.ClearTree();
   Create(host, root);
   Instance link = root;
   for (int number = 0; number < length; ++number) {

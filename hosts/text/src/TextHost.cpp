@@ -34,6 +34,20 @@ void Link(Row& row, Row& parent, Row* next)
   (next ? next->previous : parent.lastChild) = &row;
 }
 
+/// What follows an instance and all below it in a walk of `top`; null at the end.
+du::SmartPtr<zelk::BaseInstance> FindBehind(const zelk::BaseInstance& instance, const zelk::BaseInstance* top)
+{
+  du::SmartPtr<zelk::BaseInstance> next;
+  instance.GetBaseNextSibling(next);
+  du::SmartPtr<zelk::BaseInstance> above;
+  instance.GetBaseParent(above);
+  while (!next && above && above != top) {
+    above->GetBaseNextSibling(next);
+    above->GetBaseParent(above);
+  }
+  return next;
+}
+
 }  // namespace
 
 void TextHost::Print(std::ostream& out, const PrintStyle& style) const
@@ -66,12 +80,19 @@ void TextHost::FinishTreeUpdate()
 {
   if (m_depth > 0 && --m_depth == 0) {
     m_above.clear();
+    m_isFilling = false;
   }
 }
 
 void TextHost::ClearTree()
 {
   _Clear();
+  m_isFilling = m_depth > 0;
+}
+
+void TextHost::RestoreExpandedAfterPopulate()
+{
+  m_isFilling = false;
 }
 
 void TextHost::Reset()
@@ -96,7 +117,9 @@ void TextHost::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<zelk::BaseInstance>& parent,
                               const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight)
 {
-  _Begin(_Place(instance, _FindRowAbove(parent), nullptr), controller, assocHlight);
+  Row& above = _FindRowAbove(parent);
+  Row* next = m_isFilling ? nullptr : _FindNextRow(*instance, above);
+  _Begin(_Place(instance, above, next), controller, assocHlight);
 }
 
 void TextHost::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
@@ -162,6 +185,25 @@ TextHost::Row* TextHost::_FindNextRow(const guitree::FilteredTree::Node& node, c
     if (next && next->parent == &parent) {
       return next;
     }
+  }
+  return nullptr;
+}
+
+// A single edit may put its instance anywhere, and the call tells only the parent. Instances without a row are entered:
+// their children stand below the same row as they would.
+TextHost::Row* TextHost::_FindNextRow(const zelk::BaseInstance& instance, const Row& parent)
+{
+  du::SmartPtr<zelk::BaseInstance> next = FindBehind(instance, parent.instance.Get());
+  while (next) {
+    Row* row = _FindRow(next.Get());
+    if (row && row->parent == &parent) {
+      return row;
+    }
+    du::SmartPtr<zelk::BaseInstance> child;
+    if (!row) {
+      next->GetBaseFirstChild(child);
+    }
+    next = child ? child : FindBehind(*next, parent.instance.Get());
   }
   return nullptr;
 }

@@ -64,7 +64,8 @@ struct RowText {
 ///
 /// Rows hold their instances: an instance lives at least as long as its row. Owner's thread. A call costs the same
 /// however many rows there are, apart from the removal of a row, which costs those below it, calls that tell of
-/// several rows, which cost these, and calls that tell of all; trees may be of any depth.
+/// several rows, which cost these, and calls that tell of all; a row that comes by itself, and not by a refill, also
+/// costs the instances without a row behind it. Trees may be of any depth.
 class TextHost : public guitree::GuiInterface {
 public:
   using VisibleMap = du::HashMap<const zelk::BaseInstance*, guitree::VisibleState>;
@@ -115,6 +116,7 @@ public:
   void StartTreeUpdate() override;
   void FinishTreeUpdate() override;
   void ClearTree() override;
+  void RestoreExpandedAfterPopulate() override;
   void Reset() override;
   void InstanceCreate(guitree::FilteredTree::Node* node,
                       const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight) override;
@@ -151,6 +153,7 @@ private:
   [[nodiscard]] Row& _FindRowAbove(const du::SmartPtr<zelk::BaseInstance>& parent);
   [[nodiscard]] Row& _FindRowAbove(const guitree::FilteredTree::Node& node);
   [[nodiscard]] Row* _FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent);
+  [[nodiscard]] Row* _FindNextRow(const zelk::BaseInstance& instance, const Row& parent);
   Row& _Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next);
   /// The row and all below it.
   void _Erase(Row& top);
@@ -179,6 +182,8 @@ private:
   std::unordered_set<const zelk::BaseInstance*> m_highlighted;
   /// Whether rows may have a visible state.
   bool m_showsScene = false;
+  /// A refill is under way: rows come in order.
+  bool m_isFilling = false;
   int m_depth = 0;
 };
 
