@@ -179,6 +179,23 @@ TEST_F(TreeObserverLifetime, WithoutAPanel_TheKernelGoesOnAlone)
   EXPECT_THAT(panel.host.TakeCalls(), IsEmpty());
 }
 
+TEST_F(TreeObserverLifetime, AnObserverWhoseStateHasEnded_DoesNotKeepTheTree)
+{
+  const auto tree = du::MakeSmart<memkernel::Tree>();
+  du::SmartPtr<guitree::WorldTreeStateTreeObserver> observer;
+  panel.gui->SetBaseTree(tree);
+  panel.state->onObserver = [&](const auto& made) { observer = made; };
+  panel.state->CreateAndRegisterTreeObserver();
+  ASSERT_EQ(observer->GetTree(), tree);
+  EXPECT_TRUE(observer->IsRegistered());
+
+  panel.gui->SetTreeState(nullptr);
+  panel.state.Reset();
+
+  EXPECT_EQ(observer->GetTree(), nullptr);
+  EXPECT_TRUE(observer->IsRegistered());
+}
+
 TEST_F(TreeObserverLifetime, AKernelThatClosesItsTree_LeavesThePanelAlone)
 {
   panel.GetTree().Close();
