@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <utility>
+
 #include "guitree/GuiTreeTreeObserverHelper.h"
 #include "testsupport/Panel.h"
 #include "testsupport/ShownScene.h"
@@ -131,25 +134,23 @@ TEST_F(UpdateBatching, AMissingControllerIsAskedForByEachCreation)
 
 TEST_F(UpdateBatching, TheEndReleasesTheController)
 {
-  bool hasEnded = false;
   class Controller : public testsupport::ScriptedSelectionController {
   public:
-    explicit Controller(bool& flag) : hasEnded(flag) {}
-    Controller(const Controller&) = delete;
-    Controller& operator=(const Controller&) = delete;
-    ~Controller() override { hasEnded = true; }
+    explicit Controller(std::shared_ptr<int> token) : m_token(std::move(token)) {}
 
   private:
-    bool& hasEnded;
+    const std::shared_ptr<int> m_token;
   };
-  panel.state->selController = du::MakeSmart<Controller>(hasEnded);
+  auto token = std::make_shared<int>();
+  const std::weak_ptr<int> held = token;
+  panel.state->selController = du::MakeSmart<Controller>(std::exchange(token, nullptr));
   Create("a", "n");
   panel.state->selController.Reset();
-  ASSERT_FALSE(hasEnded);
+  ASSERT_FALSE(held.expired());
 
   burst.Helper_OnEndUpdate();
 
-  EXPECT_TRUE(hasEnded);
+  EXPECT_TRUE(held.expired());
 }
 
 TEST_F(UpdateBatching, ACreationThatTheStateCannotApply_AsksForARefillAndStillChecksTheParent)

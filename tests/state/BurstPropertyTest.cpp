@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hostcheck/ProtocolChecker.h"
+#include "testsupport/PlainScenes.h"
 #include "testsupport/RowsHost.h"
 #include "testsupport/WorldPanel.h"
 
@@ -76,7 +77,7 @@ public:
   void ChangeViewables()
   {
     const auto instance = _Pick();
-    const du::SmartPtr<zelk::Object> viewable(*rc::gen::arbitrary<bool>() ? instance.Get() : nullptr);
+    const du::SmartPtr<zelk::Object> viewable(*rc::gen::arbitrary<bool>() ? m_viewable.Get() : nullptr);
     if (*rc::gen::arbitrary<bool>()) {
       GetTree().AddViewable(instance, viewable);
     } else {
@@ -181,6 +182,7 @@ private:
   hostcheck::ProtocolChecker m_checker{&m_rows};
   std::vector<du::SmartPtr<memkernel::Product>> m_products;
   std::vector<Instance> m_instances;
+  const du::SmartPtr<zelk::Object> m_viewable = testsupport::MakeView<testsupport::PlainView>(nullptr);
   int m_names = 0;
 };
 
