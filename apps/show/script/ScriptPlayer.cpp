@@ -9,6 +9,11 @@ namespace {
 
 using zelk::SelectionManager;
 
+bool IsAddition(Verb verb)
+{
+  return verb == Verb::AddPart || verb == Verb::AddAssembly || verb == Verb::AddProxy;
+}
+
 memkernel::ProductInfo MakeProductInfo(Verb verb, const std::string& name)
 {
   memkernel::ProductInfo info{.name = du::Symbol(name)};
@@ -66,6 +71,10 @@ ScriptPlayer::~ScriptPlayer() = default;
 
 void ScriptPlayer::Play(const Command& command)
 {
+  if (IsAddition(command.verb)) {
+    _Add(command);
+    return;
+  }
   for (std::size_t time = 0; time < command.times; ++time) {
     _PlayOnce(command);
   }
@@ -92,10 +101,6 @@ void ScriptPlayer::_PlayOnce(const Command& command)
       return _SetThumbnail(command, false);
     case Verb::Rename:
       return _Rename(command);
-    case Verb::AddPart:
-    case Verb::AddAssembly:
-    case Verb::AddProxy:
-      return _Add(command);
     case Verb::Remove:
       return _Remove(command);
     case Verb::Expand:
@@ -124,6 +129,9 @@ void ScriptPlayer::_PlayOnce(const Command& command)
       return _BeginBatch();
     case Verb::EndBatch:
       return _EndBatch();
+    case Verb::AddPart:
+    case Verb::AddAssembly:
+    case Verb::AddProxy:
     case Verb::Print:
       return;
   }
@@ -196,37 +204,45 @@ void ScriptPlayer::_Rename(const Command& command) const
   m_world->GetMemTree().Rename(m_finder.Find(command.paths.front()), du::Symbol(command.name));
 }
 
+// The parent is found once for all repetitions: each search is a walk through the tree.
 void ScriptPlayer::_Add(const Command& command)
 {
   const Path& path = command.paths.front();
   if (path.steps.back().number > 0) {
     throw ScriptError("a new instance has no '#': " + ToText(path));
   }
-  const InstancePtr added = _AddToTree(path, _GetProduct(command.verb, path.steps.back().name));
+  const InstancePtr parent = _FindParent(path);
+  const du::SmartPtr<memkernel::Product>& product = _GetProduct(command.verb, path.steps.back().name);
+  memkernel::Tree& tree = m_world->GetMemTree();
+  for (std::size_t time = 0; time < command.times; ++time) {
+    const InstancePtr added = parent ? tree.AddChild(parent, product) : tree.CreateRoot(product);
+    if (!added) {
+      throw ScriptError("there is a root already");
+    }
+    _AddToScenes(added);
+  }
+}
+
+ScriptPlayer::InstancePtr ScriptPlayer::_FindParent(const Path& path) const
+{
+  Path parent = path;
+  parent.steps.pop_back();
+  if (!parent.steps.empty()) {
+    return m_finder.Find(parent);
+  }
+  if (!path.isFromRoot) {
+    throw ScriptError("name the parent of a new instance before it: PARENT/" + ToText(path));
+  }
+  return {};
+}
+
+void ScriptPlayer::_AddToScenes(const InstancePtr& added) const
+{
   if (added->HasShapeSource()) {
     for (const Stage::ScenePtr& scene : m_stage.GetScenes()) {
       scene->CreateShapeInstance(added);
     }
   }
-}
-
-ScriptPlayer::InstancePtr ScriptPlayer::_AddToTree(const Path& path,
-                                                   const du::SmartPtr<memkernel::Product>& product) const
-{
-  memkernel::Tree& tree = m_world->GetMemTree();
-  Path parent = path;
-  parent.steps.pop_back();
-  if (!parent.steps.empty()) {
-    return tree.AddChild(m_finder.Find(parent), product);
-  }
-  if (!path.isFromRoot) {
-    throw ScriptError("name the parent of a new instance before it: PARENT/" + ToText(path));
-  }
-  InstancePtr root = tree.CreateRoot(product);
-  if (!root) {
-    throw ScriptError("there is a root already");
-  }
-  return root;
 }
 
 const du::SmartPtr<memkernel::Product>& ScriptPlayer::_GetProduct(Verb verb, const std::string& name)

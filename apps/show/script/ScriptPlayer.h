@@ -35,6 +35,7 @@ private:
   using InstancePtr = du::SmartPtr<memkernel::Instance>;
   using Instances = std::vector<InstancePtr>;
 
+  /// For all but additions.
   void _PlayOnce(const Command& command);
   [[nodiscard]] Instances _FindAll(const Command& command) const;
   [[nodiscard]] const Stage::ScenePtr& _FindScene(const Command& command) const;
@@ -44,7 +45,9 @@ private:
   void _SetThumbnail(const Command& command, bool isThumbnail) const;
   void _Rename(const Command& command) const;
   void _Add(const Command& command);
-  [[nodiscard]] InstancePtr _AddToTree(const Path& path, const du::SmartPtr<memkernel::Product>& product) const;
+  /// Null for what is to be the root.
+  [[nodiscard]] InstancePtr _FindParent(const Path& path) const;
+  void _AddToScenes(const InstancePtr& added) const;
   [[nodiscard]] const du::SmartPtr<memkernel::Product>& _GetProduct(Verb verb, const std::string& name);
   void _Remove(const Command& command) const;
   void _ChangeProxies(const Command& command, bool (memkernel::Tree::*change)(const InstancePtr&)) const;

@@ -206,6 +206,14 @@ TEST_F(ScriptPlayerTest, PartsOfOneName_AreInstancesOfOneProduct)
   EXPECT_EQ(Find("bolt#1")->GetProduct(), Find("bolt#2")->GetProduct());
 }
 
+TEST_F(ScriptPlayerTest, RepeatedAdd_StaysBelowTheParentThatItFound)
+{
+  Play("repeat 3 add assembly frame/frame");
+
+  EXPECT_EQ(script::ListSubtree(Find("/pump/frame")).size(), 4U);
+  EXPECT_FALSE(Find("/pump/frame/frame#3")->HasChildren());
+}
+
 TEST_F(ScriptPlayerTest, Add_NeedsAParentUnlessTheTreeIsEmpty)
 {
   EXPECT_EQ(FaultOf("add part nut"), "name the parent of a new instance before it: PARENT/nut");
