@@ -94,7 +94,12 @@ void WorldTreeState::CreateAndRegisterTreeObserver()
     return;
   }
   const Pins pins(this, &GetGuiTree());
-  DeregisterTreeObserver();
+  du::SmartPtr<WorldTreeStateTreeObserver> replaced;
+  do {
+    replaced = treeObserver;
+    DeregisterTreeObserver();
+    // The end of a run, which that handles, may have registered another one.
+  } while (treeObserver && treeObserver != replaced);
   if (!GetWorldTree()) {
     return;
   }

@@ -333,6 +333,30 @@ TEST(TreeObserverOfAKernel, RegisteredTwice_HandlesEachEventOnce)
               testing::Contains("InstanceCreate(b, parent=a, controller=no, assoc=false)").Times(1));
 }
 
+TEST(TreeObserverOfAKernel, RegisteredAgainByTheHostAtTheEndOfTheRunThatThisHandles_HandlesEachEventOnce)
+{
+  WorldPanel panel("root[a]");
+  panel.Initialise();
+  {
+    const memkernel::TreeBatch batch(panel.GetTree());
+    panel.kernel.Add("a", "b");
+    panel.host.onCall = [&](const std::string& line) {
+      if (line == "ContentHasChanged()") {
+        panel.host.onCall = nullptr;
+        panel.state->CreateAndRegisterTreeObserver();
+      }
+    };
+
+    panel.state->CreateAndRegisterTreeObserver();
+  }
+  static_cast<void>(panel.host.TakeCalls());
+
+  panel.kernel.Add("a", "c");
+
+  EXPECT_THAT(panel.host.TakeCalls(),
+              testing::Contains("InstanceCreate(c, parent=a, controller=no, assoc=false)").Times(1));
+}
+
 TEST(TreeObserverOfAKernel, DeregisteredInsideARun_HandlesItsEndFirst)
 {
   WorldPanel panel("root[a]");
