@@ -50,7 +50,8 @@ public:
   GuiTree(const GuiTree&);
   GuiTree& operator=(const GuiTree&);
   /// Unregisters nothing, so `Close` comes first. Observers that the kernel still knows do nothing from now on. The
-  /// host gets no call, apart from the finish of a bracket that a burst of tree events has left open.
+  /// host gets no call, apart from the finish of each bracket that a burst of tree events, or a selection update, has
+  /// left open.
   ~GuiTree() override;
 
   [[nodiscard]] bool ZeroReferenceCountHook() const override;
@@ -155,6 +156,8 @@ public:
   [[nodiscard]] std::shared_ptr<GuiTree* const> GetLiveness() const noexcept { return m_liveness; }
 
 private:
+  friend class SelectionObserver;
+
   void _SetupSelMgr(bool tearDownOnly);
   void _TearDownSelMgr();
   void _ReleaseSceneManagerObserver();
@@ -189,8 +192,8 @@ private:
   du::SmartPtr<AssocHlightObserver> assocHlightObserver;
   du::SmartPtr<MySceneManagerObserver> sceneManagerObserver;
   const std::shared_ptr<GuiTree*> m_liveness;
-  /// How many bursts have their bracket open.
-  int m_openBursts = 0;
+  /// How many bursts of tree events and selection updates have their bracket open.
+  int m_openBrackets = 0;
 };
 
 }  // namespace guitree

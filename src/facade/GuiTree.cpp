@@ -68,7 +68,7 @@ GuiTree::~GuiTree()
   // From here on those that outlive this object, tree states above all, leave it alone.
   *m_liveness = nullptr;
   // Nobody else closes them any more.
-  for (; m_openBursts > 0 && guiInterface; --m_openBursts) {
+  for (; m_openBrackets > 0 && guiInterface; --m_openBrackets) {
     guiInterface->FinishTreeUpdate();
   }
   delete std::exchange(treeController, nullptr);

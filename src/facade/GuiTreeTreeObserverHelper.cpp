@@ -126,7 +126,7 @@ void GuiTree::GuiTreeTreeObserverHelper::SetChanged()
     return;
   }
   treeUpdateStarted = true;
-  ++tree->m_openBursts;
+  ++tree->m_openBrackets;
   tree->GetGuiInterface()->StartTreeUpdate();
 }
 
@@ -147,8 +147,8 @@ void GuiTree::GuiTreeTreeObserverHelper::_Detach()
 void GuiTree::GuiTreeTreeObserverHelper::_CloseBracket(GuiTree& tree)
 {
   // A copy may have closed the bracket already.
-  if (std::exchange(treeUpdateStarted, false) && tree.m_openBursts > 0) {
-    --tree.m_openBursts;
+  if (std::exchange(treeUpdateStarted, false) && tree.m_openBrackets > 0) {
+    --tree.m_openBrackets;
   }
   tree.GetGuiInterface()->FinishTreeUpdate();
 }

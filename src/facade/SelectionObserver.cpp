@@ -39,6 +39,7 @@ void SelectionObserver::OnBeginUpdate()
   if (!tree) {
     return;
   }
+  ++tree->m_openBrackets;
   tree->GetGuiInterface()->StartTreeUpdate();
   if (const auto state = tree.GetState()) {
     state->OnBeginUpdate();
@@ -60,6 +61,9 @@ void SelectionObserver::OnEndUpdate()
     tree->GetGuiInterface()->UpdateStatusBar();
   }
   if (tree) {
+    if (tree->m_openBrackets > 0) {
+      --tree->m_openBrackets;
+    }
     tree->GetGuiInterface()->FinishTreeUpdate();
   }
 }

@@ -94,6 +94,8 @@ TEST_P(CallbackReentrance, AHostMayDropPanelAndStateFromInsideAnyCall)
     EXPECT_EQ(std::vector<std::string>(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(i) + 1),
               std::vector<std::string>(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(i) + 1));
     EXPECT_EQ(stage.panel.gui, nullptr);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "StartTreeUpdate()"),
+              std::count(calls.begin(), calls.end(), "FinishTreeUpdate()"));
   }
 }
 
