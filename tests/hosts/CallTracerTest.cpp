@@ -56,6 +56,21 @@ TEST_F(CallTracerTest, Arguments_StandBehindTheirNames)
                                  "PostOnActiveViewChanged(null, wasClashReport=true)", "MadeVisible(false)"));
 }
 
+TEST_F(CallTracerTest, AHighlightThatIsTurnedOff_StandsByTheNameThatWasSeenLast_SinceTheInstanceMayHaveEnded)
+{
+  auto bolt = Make("bolt");
+  zelk::BaseInstance* const ended = bolt.Get();
+  tracer.SetAssocHlight(ended, true);
+  bolt.Reset();
+  const auto unseen = Make("unseen");
+  lines.clear();
+
+  tracer.SetAssocHlight(ended, false);
+  tracer.SetAssocHlight(unseen.Get(), false);
+
+  EXPECT_THAT(lines, ElementsAre("SetAssocHlight(bolt, on=false) -> false", "SetAssocHlight(?, on=false) -> false"));
+}
+
 TEST_F(CallTracerTest, Nodes_StandByTheirInstances)
 {
   const auto bolt = Make("bolt");

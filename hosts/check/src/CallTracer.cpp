@@ -55,6 +55,12 @@ void CallTracer::RememberName(const zelk::BaseInstance& instance) const
   m_names[&instance] = _NameOf(&instance);
 }
 
+std::string CallTracer::_NameOfIdentity(const zelk::BaseInstance* instance) const
+{
+  const auto name = m_names.find(instance);
+  return name != m_names.end() ? name->second : "?";
+}
+
 std::string CallTracer::_NameOfRow(const zelk::BaseInstance* instance) const
 {
   if (instance) {
@@ -235,6 +241,9 @@ bool CallTracer::CheckPropsLoaded()
 bool CallTracer::CheckAndUpdateNodeNameAndType(const du::SmartPtr<zelk::BaseInstance>& instance)
 {
   const bool answer = ForwardingHost::CheckAndUpdateNodeNameAndType(instance);
+  if (instance) {
+    RememberName(*instance);
+  }
   _OnCall("CheckAndUpdateNodeNameAndType(" + _NameOf(instance.Get()) + ") -> " + Show(answer));
   return answer;
 }
@@ -266,7 +275,12 @@ void CallTracer::ClearSelection()
 bool CallTracer::SetAssocHlight(zelk::BaseInstance* instance, bool on)
 {
   const bool answer = ForwardingHost::SetAssocHlight(instance, on);
-  _OnCall("SetAssocHlight(" + _NameOf(instance) + ", on=" + Show(on) + ") -> " + Show(answer));
+  if (on && instance) {
+    RememberName(*instance);
+  }
+  // One that is turned off may have ended.
+  const std::string name = on ? _NameOf(instance) : _NameOfIdentity(instance);
+  _OnCall("SetAssocHlight(" + name + ", on=" + Show(on) + ") -> " + Show(answer));
   return answer;
 }
 

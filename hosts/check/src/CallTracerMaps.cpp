@@ -43,8 +43,7 @@ std::string CallTracer::_ShowEntries(const Map* map, ShowValue showValue) const
   std::vector<std::string> entries;
   entries.reserve(map->size());
   for (const auto& entry : *map) {
-    const auto name = m_names.find(entry.first);
-    entries.push_back((name != m_names.end() ? name->second : "?") + ": " + showValue(entry));
+    entries.push_back(_NameOfIdentity(entry.first) + ": " + showValue(entry));
   }
   if (!m_mapStyle.listOrder) {
     std::sort(entries.begin(), entries.end());

@@ -40,7 +40,8 @@ public:
   void SetShowQuestions(bool show) noexcept { m_showQuestions = show; }
 
   /// Keeps the name of `instance` for the places where it comes as an identity, which must not be dereferenced.
-  /// Instances that come with `InstanceCreate` are remembered by themselves; one that was never seen is written as `?`.
+  /// Instances that come with `InstanceCreate`, that get the associated highlight or whose names are checked are
+  /// remembered by themselves; one that was never seen is written as `?`.
   void RememberName(const zelk::BaseInstance& instance) const;
 
   void SetSceneManagerObserver(const du::SmartPtr<SceneManagerObserver>& observer) override;
@@ -114,6 +115,7 @@ private:
   void _OnQuestion(const std::string& line) const;
 
   [[nodiscard]] std::string _NameOf(const zelk::Object* object) const;
+  [[nodiscard]] std::string _NameOfIdentity(const zelk::BaseInstance* instance) const;
   [[nodiscard]] std::string _NameOfRow(const zelk::BaseInstance* instance) const;
   [[nodiscard]] std::string _NameOfNode(const guitree::FilteredTree::Node* node) const;
   [[nodiscard]] std::string _NameOfItem(const zelk::Object* item) const;
