@@ -15,9 +15,6 @@ bool TreeStateBase::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& insta
     return false;
   }
   const Pins pins(this, &guiTree);
-  if (m_goneMeanwhile) {
-    m_goneMeanwhile->erase(instance.Get());
-  }
   structure_utils::TreeFilterInfoBase& filter = _GetCurrentFilter();
   if (!filter.IsFiltering(false)) {
     _InstanceCreate(instance, parent, selController);

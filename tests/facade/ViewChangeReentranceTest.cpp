@@ -200,6 +200,17 @@ TEST(ViewChangeInsideAnother, FromTheClearedSelection_LeavesNoObserverWhenTheOut
   EXPECT_EQ(stage.view->observer, nullptr);
 }
 
+TEST(ViewChangeInsideAnother, FromTheClearedSelection_IsTheOneThatTheOuterOneComesFrom)
+{
+  Stage stage;
+  const auto clashReport = MakeView<testsupport::PlainClashReportView>(stage.scene);
+  stage.OnFirst("ClearSelection()", [&] { stage.GetReports().OnActiveViewChanged(clashReport); });
+
+  stage.GetReports().OnActiveViewChanged(stage.view);
+
+  EXPECT_EQ(stage.panel.host.TakeCalls().back(), "PostOnActiveViewChanged(view, wasClashReport=true)");
+}
+
 TEST(ViewChangeInsideAnother, FromTheClearedSelection_LeavesNoObserverWhenTheOuterViewIsOfAnIncompatibleScene)
 {
   Stage stage;

@@ -142,6 +142,19 @@ TEST_F(ShapeLoadingLifetime, ALoadThatTheKernelDropsUncompleted_IsForgotten)
   EXPECT_TRUE(IsTiming());
 }
 
+TEST_F(ShapeLoadingLifetime, ASecondLoadOfOneShapeInstanceThatIsDropped_LeavesTheFirstUnderWay)
+{
+  const ShapeInstance a = Create("a");
+  scene->observer->OnShapeInstanceCreate(a);
+  const auto first = loader.Requests().at(0).event;
+  loop->Close();
+
+  loader.Requests().pop_back();
+  scene->observer->OnShapeInstanceRemove(a);
+
+  EXPECT_TRUE(first->IsCanceled());
+}
+
 TEST_F(ShapeLoadingLifetime, AHostThatShowsAnotherSceneWhileItIsTold_GetsNoChangeASecondTime)
 {
   const ShapeInstance a = Create("a");

@@ -56,6 +56,18 @@ TEST_F(TypeIconMapTest, Find_AddsTheLoadedBit)
   EXPECT_EQ(icon, 29);
 }
 
+TEST_F(TypeIconMapTest, Find_OfALoadedInstance_AddsOneToWhateverIconThereIs)
+{
+  panel.state->loaded = {Get("a"), Get("b")};
+
+  panel.state->unloadedTypeIcon = 3;
+  icons.Find(Get("a"), icon, nullptr);
+  EXPECT_EQ(icon, 4);
+  panel.state->unloadedTypeIcon = -1;
+  icons.Find(Get("b"), icon, nullptr);
+  EXPECT_EQ(icon, 0);
+}
+
 TEST_F(TypeIconMapTest, Find_WithNobodyToAsk_Fails)
 {
   TypeIconMap orphan(nullptr);
