@@ -191,6 +191,7 @@ du::SmartPtr<WorldTreeSelectionController> WorldTreeState::GetWTSelController() 
                              : nullptr;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): as the one over base instances, which a state may override
 void WorldTreeState::GetSelectedComps(std::set<du::SmartPtr<zelk::Instance>>& out, bool withDescendents)
 {
   if (!GetSelController(false)) {
