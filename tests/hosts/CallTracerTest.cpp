@@ -59,10 +59,11 @@ TEST_F(CallTracerTest, Arguments_StandBehindTheirNames)
 TEST_F(CallTracerTest, AHighlightThatIsTurnedOff_StandsByTheNameThatWasSeenLast_SinceTheInstanceMayHaveEnded)
 {
   auto bolt = Make("bolt");
+  // Made first, or it would stand at the address of the one that has ended.
+  const auto unseen = Make("unseen");
   zelk::BaseInstance* const ended = bolt.Get();
   tracer.SetAssocHlight(ended, true);
   bolt.Reset();
-  const auto unseen = Make("unseen");
   lines.clear();
 
   tracer.SetAssocHlight(ended, false);
