@@ -1,8 +1,9 @@
 #include "Output.h"
 
 #include <cerrno>
-#include <cstring>
 #include <iostream>
+
+#include "ErrnoText.h"
 
 bool WriteOut(const std::string& text)
 {
@@ -11,7 +12,6 @@ bool WriteOut(const std::string& text)
   if (std::cout) {
     return true;
   }
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): the readers have ended, no other thread asks for an error text
-  std::cerr << "guitree-show: cannot write: " << std::strerror(errno) << '\n';
+  std::cerr << "guitree-show: cannot write: " << GetErrnoText() << '\n';
   return false;
 }

@@ -1,9 +1,10 @@
 #include "ScriptSource.h"
 
 #include <cerrno>
-#include <cstring>
 #include <iostream>
 #include <string_view>
+
+#include "ErrnoText.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ bool IsStandardInput(const std::filesystem::path& file)
 
 std::string DescribeErrno()
 {
-  return std::string("cannot be read: ") + std::strerror(errno);  // NOLINT(concurrency-mt-unsafe): no other thread asks
+  return "cannot be read: " + GetErrnoText();
 }
 
 }  // namespace
