@@ -32,10 +32,12 @@ void GuiTree::OnSceneAdded(const du::SmartPtr<zelk::Scene>& scene)
   if (!added || !state) {
     return;
   }
+  const bool wasListening = static_cast<bool>(sceneManagerObserver);
   if (state->IsTooltipsUpdateNeeded(added)) {
     guiInterface->UpdateTooltips();
   }
-  if (!state->IsCompatibleShapeSceneType(added)) {
+  const bool isClosedMeanwhile = wasListening && !sceneManagerObserver;
+  if (isClosedMeanwhile || !state->IsCompatibleShapeSceneType(added)) {
     return;
   }
   std::unique_ptr<SceneInfoLog> log(state->CreateSceneInfoLog());

@@ -64,6 +64,22 @@ TEST_F(CloseWithScenes, LeavesLateReportsWithoutEffect)
   EXPECT_THAT(panel.host.TakeCalls(), IsEmpty());
 }
 
+TEST_F(CloseWithScenes, FromInsideTheReportOfAScene_LeavesThatSceneAlone)
+{
+  const auto fresh = du::MakeSmart<PlainShapeScene>();
+  panel.state->needsTooltips = true;
+  panel.host.onCall = [this](const std::string& line) {
+    if (line == "UpdateTooltips()") {
+      panel.gui->Close();
+    }
+  };
+
+  reports->OnSceneAdded(fresh);
+
+  EXPECT_EQ(panel.gui->GetLog(fresh), nullptr);
+  EXPECT_THAT(fresh->calls, IsEmpty());
+}
+
 TEST_F(CloseWithScenes, InitialiseAgain_TakesTheScenesOnAnew)
 {
   panel.gui->Close();
