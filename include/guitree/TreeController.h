@@ -1,17 +1,22 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "du/SmartPtr.h"
 #include "guitree/FilterObserverBase.h"
 #include "guitree/FilteredTree.h"
+#include "structure_utils/TreeFilterInfoBase.h"
+#include "zelk/BaseTree.h"
 
 namespace guitree {
 
+class GenerateFilteredTreeTask;
 class GuiTree;
+class TreeStateBase;
 
-/// Keeps the filter jobs of one `GuiTree`, their latest result and those who listen for it. Owned by the `GuiTree`.
-/// Owner's thread.
+/// Runs the filter jobs of one `GuiTree` and keeps their latest result: a new request cancels the jobs under way and
+/// starts at once, and the observers hear of the end of the last one. Owned by the `GuiTree`. Owner's thread.
 class TreeController {
 public:
   explicit TreeController(GuiTree* tree);
@@ -26,14 +31,26 @@ public:
   /// Takes out the first entry of the observer, and leaves the order of the rest; nothing for an unknown one.
   void RemoveObserver(du::SmartPtr<FilterObserverBase> observer);
 
+  /// Cancels all jobs under way, which leave only by completing, and starts one for the current tree of the `GuiTree`;
+  /// without a tree, or a managed object to complete it, there is none, and no word of it. The filter is duplicated.
+  /// `state`, which must not be null, and the host are asked for what the run needs before this returns; what they do
+  /// in the meantime may overtake the job. Constant cost, apart from the lists of the host.
+  void ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filter, TreeStateBase* state);
+
   /// Whether a job is under way.
   [[nodiscard]] bool IsBusy();
   /// The result of the job that completed last; null before the first.
   [[nodiscard]] du::SmartPtr<FilteredTree> GetFilteredTree();
 
-private:
+protected:
   class TCAsyncEvent;
 
+  /// A job has ended, in whichever way: its result becomes the present one, also that of a cancelled job. The last one
+  /// to end is told to the observers, in order; those that come on the way are told too. An observer may start another
+  /// job, and may destroy the controller, after which no other observer is told.
+  void _EventComplete(du::SmartPtr<TCAsyncEvent> event, bool isPlain);
+
+private:
   static int AddSmartPtrReference(const TCAsyncEvent* event, void* owner);
   static bool AttemptDeleteSmartPtrReference(const TCAsyncEvent* event, void* owner);
   friend int AddSmartPtrReference(const TCAsyncEvent* event, void* owner)
@@ -45,12 +62,26 @@ private:
     return TreeController::AttemptDeleteSmartPtrReference(event, owner);
   }
 
+  /// Whether the job of the event still stands: the host may have ended it, or the controller, when it was asked.
+  [[nodiscard]] bool _IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const;
+  void _CancelAll();
+  void _ShowProgress(const du::SmartPtr<TCAsyncEvent>& event);
+  [[nodiscard]] du::SmartPtr<GenerateFilteredTreeTask> _MakeTask(structure_utils::TreeFilterInfoBase& filter,
+                                                                 TreeStateBase& state,
+                                                                 const du::SmartPtr<zelk::BaseTree>& tree,
+                                                                 const du::SmartPtr<TCAsyncEvent>& event);
+  void _TellObservers(GenerateFilteredTreeTask& task);
+
   /// The panel that this controller belongs to.
-  [[maybe_unused]] GuiTree* guiTree;
+  GuiTree* guiTree;
   /// Started and not completed, oldest first.
   std::vector<du::SmartPtr<TCAsyncEvent>> events;
   std::vector<du::SmartPtr<FilterObserverBase>> observers;
   du::SmartPtr<FilteredTree> filteredTree;
+  /// The tree that `filteredTree` is a result of: branches of it may be opened after everybody else has let go.
+  du::SmartPtr<zelk::BaseTree> m_filteredBaseTree;
+  /// Tells those at work for this object whether it still lives; each object has one of its own.
+  std::shared_ptr<const int> m_liveness;
 };
 
 }  // namespace guitree

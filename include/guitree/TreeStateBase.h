@@ -1,5 +1,6 @@
 #pragma once
 
+#include <list>
 #include <memory>
 #include <optional>
 #include <set>
@@ -110,6 +111,15 @@ public:
   virtual bool InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<zelk::BaseInstance>& parent, bool repopulatePending);
 
+  /// Takes the root out of the matches of a result, if it is not displayed. `tree` may be null.
+  virtual void RemoveHiddenNotFilteredItems(const du::SmartPtr<FilteredTree>& tree);
+  /// Opens a placeholder of the result that is shown: `path` leads from the top of the filtered tree to the node whose
+  /// last child it is, both included. Everything below that node gets a row, unfiltered. True when the host has got the
+  /// rows. False, without a host call, while a job runs, without a result, and for a path that leads nowhere or to a
+  /// node without a placeholder. It works on the last result also after the filter has been turned off. Costs the new
+  /// rows.
+  virtual bool ExpandFilterNode(const std::list<zelk::BaseInstance*>& path);
+
   /// A change of the selection, in brackets of begin and end. While the panel is not visible only a flag is set: what
   /// to catch up with is the selection itself and not a queue. Under a filter that shows the selection the end of the
   /// update repopulates, and the single changes do nothing.
@@ -182,6 +192,25 @@ protected:
   virtual void _InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                                const du::SmartPtr<zelk::BaseInstance>& parent,
                                const du::SmartPtr<TreeSelectionController>& selController);
+  /// The same for a node of a filtered tree, which tells its place.
+  virtual void _InstanceCreate(FilteredTree::Node* node, const du::SmartPtr<TreeSelectionController>& selController);
+  /// Makes the rows of a branch of a filtered tree, parents first; a placeholder is announced with its parent. Calls
+  /// itself for each child, so that the depth of the tree costs stack: about 200 bytes a level, some 40,000 levels on a
+  /// stack of 8 MB.
+  virtual void _VisitFilteredTreeNode(FilteredTree::Node* node,
+                                      const du::SmartPtr<TreeSelectionController>& selController);
+  /// The last filter job under way has ended: makes the rows of its result. One of another tree, or while another state
+  /// is current, makes none, but ends the calculating mark of the host. `gui` is the host of that job.
+  void OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tree, GuiInterface* gui);
+  /// The present result of the filter jobs. Without a controller `out` stays as it was.
+  void GetFilteredTree(du::SmartPtr<FilteredTree>& out) const;
+  /// An instance with those that come below it, for `_ApplyInfos`.
+  struct InstanceInfo {
+    du::SmartPtr<zelk::BaseInstance> instance;
+    std::vector<InstanceInfo> children;
+  };
+  /// Makes a row for each record of `infos`, a `std::vector<InstanceInfo>`, parents first. For derived classes.
+  void _ApplyInfos(void* infos, const du::SmartPtr<TreeSelectionController>& selController);
   /// Turns on or off what the controller names; nothing without a controller.
   virtual void UpdateAssocHighlights(bool on);
   /// The same for the instances behind selection items, in order; other items are passed over.
@@ -213,7 +242,11 @@ private:
   [[nodiscard]] bool _DeferSelectionUpdate();
   [[nodiscard]] bool _Refill();
   [[nodiscard]] bool _CanShowRows();
-  void _StartFilteredPopulation();
+  void _StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter);
+  [[nodiscard]] bool _RecordRow(zelk::BaseInstance* instance,
+                                const du::SmartPtr<TreeSelectionController>& selController, bool& assocHlight);
+  void _ShowResult(FilteredTree& tree);
+  void _VisitBranches(const std::list<FilteredTree::Node*>& branches);
   void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _CreateRows(const zelk::BaseTree& tree, unsigned int population);
 
@@ -227,6 +260,8 @@ private:
   std::set<zelk::BaseInstance*> assocHlightSet;
   /// Counts what takes all rows away. The rows of a population that another one has overtaken are not made.
   unsigned int m_population = 0;
+  /// The population that the visit of a filtered tree under way makes rows for.
+  unsigned int m_visitedPopulation = 0;
   /// What has left the tree since the population under way has gathered its instances; nothing while none is.
   std::optional<std::set<const zelk::BaseInstance*>> m_goneMeanwhile;
   /// Shared with the `GuiTree`, which puts null there when it ends.

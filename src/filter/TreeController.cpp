@@ -3,15 +3,39 @@
 #include <algorithm>
 #include <utility>
 
+#include "facade/Pin.h"
 #include "filter/TCAsyncEvent.h"
+#include "guitree/GuiInterface.h"
+#include "guitree/GuiTree.h"
+#include "guitree/TreeStateBase.h"
+#include "zelk/World.h"
 
 namespace guitree {
 
-TreeController::TreeController(GuiTree* tree) : guiTree(tree) {}
+TreeController::TreeController(GuiTree* tree) : guiTree(tree), m_liveness(std::make_shared<const int>()) {}
 
-TreeController::TreeController(const TreeController&) = default;
+TreeController::TreeController(const TreeController& other)
+    : guiTree(other.guiTree),
+      events(other.events),
+      observers(other.observers),
+      filteredTree(other.filteredTree),
+      m_filteredBaseTree(other.m_filteredBaseTree),
+      m_liveness(std::make_shared<const int>())
+{
+}
 
-TreeController& TreeController::operator=(const TreeController&) = default;
+TreeController& TreeController::operator=(const TreeController& other)
+{
+  if (this == &other) {
+    return *this;
+  }
+  guiTree = other.guiTree;
+  events = other.events;
+  observers = other.observers;
+  filteredTree = other.filteredTree;
+  m_filteredBaseTree = other.m_filteredBaseTree;
+  return *this;
+}
 
 TreeController::~TreeController()
 {
@@ -35,6 +59,103 @@ void TreeController::RemoveObserver(
   const auto entry = std::find(observers.begin(), observers.end(), observer);
   if (entry != observers.end()) {
     observers.erase(entry);
+  }
+}
+
+void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filter, TreeStateBase* state)
+{
+  const Pins pins(guiTree, state);
+  const std::weak_ptr<const int> liveness = m_liveness;
+  _CancelAll();
+  const du::SmartPtr<zelk::BaseTree> tree = guiTree->GetBaseTree();
+  const du::SmartPtr<dom::ManagedObject> manager = guiTree->GetManagedObject();
+  if (!tree || !manager) {
+    return;
+  }
+  const auto event = du::MakeSmart<TCAsyncEvent>(this);
+  manager->ManageObject(event);
+  events.push_back(event);
+  _ShowProgress(event);
+  if (liveness.expired()) {
+    return;
+  }
+  const auto task = _MakeTask(filter, *state, tree, event);
+  if (liveness.expired() || !_IsUnderWay(event)) {
+    return;
+  }
+  event->task = task;
+  const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
+  du::TaskPool* const pool = world ? world->GetTaskPool() : nullptr;
+  if (!pool) {
+    // Nobody would ever run it: it ends as a job without a result.
+    event->Complete();
+    return;
+  }
+  pool->InsertTask(task);
+}
+
+void TreeController::_CancelAll()
+{
+  for (const auto& event : events) {
+    if (event) {
+      event->Cancel();
+    }
+  }
+}
+
+void TreeController::_ShowProgress(const du::SmartPtr<TCAsyncEvent>& event)
+{
+  const auto control = guiTree->GetGuiInterface()->CreateFilterProgressCtrl(event);
+  const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
+  const du::SmartPtr<zelk::ProgressController> progress = world ? world->GetProgressController() : nullptr;
+  if (control && progress) {
+    progress->AddCtrl(control);
+  }
+}
+
+du::SmartPtr<GenerateFilteredTreeTask> TreeController::_MakeTask(structure_utils::TreeFilterInfoBase& filter,
+                                                                 TreeStateBase& state,
+                                                                 const du::SmartPtr<zelk::BaseTree>& tree,
+                                                                 const du::SmartPtr<TCAsyncEvent>& event)
+{
+  GuiInterface& gui = *guiTree->GetGuiInterface();
+  const du::SmartPtr<du::RefCounted> additional = state.GetAdditionalFilterInfo();
+  const bool isRootDisplayed = state.GetDisplayRoot();
+  const du::SmartPtr<TreeSelectionController> selection = state.GetSelController(false);
+  const std::list<zelk::BaseInstance*>* const list2 = gui.GetNonFilteredInsts2();
+  const std::list<zelk::BaseInstance*>* const list1 = gui.GetNonFilteredInsts1();
+  return du::MakeSmart<GenerateFilteredTreeTask>(&state, filter, selection, additional, tree, list1, list2,
+                                                 !isRootDisplayed, event.Get());
+}
+
+bool TreeController::_IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const
+{
+  return std::find(events.begin(), events.end(), event) != events.end();
+}
+
+void TreeController::_EventComplete(du::SmartPtr<TCAsyncEvent> event, bool /*isPlain*/)
+{
+  const du::SmartPtr<GenerateFilteredTreeTask> task = event->task;
+  if (task) {
+    filteredTree = task->GetFilteredTreeResult();
+    m_filteredBaseTree = task->GetBaseTree();
+  }
+  const auto entry = std::find(events.begin(), events.end(), event);
+  if (entry != events.end()) {
+    events.erase(entry);
+  }
+  if (events.empty() && task) {
+    _TellObservers(*task);
+  }
+}
+
+void TreeController::_TellObservers(GenerateFilteredTreeTask& task)
+{
+  const std::weak_ptr<const int> liveness = m_liveness;
+  const du::SmartPtr<zelk::BaseTree> tree = task.GetBaseTree();
+  for (std::size_t next = 0; !liveness.expired() && next < observers.size(); ++next) {
+    const du::SmartPtr<FilterObserverBase> observer = observers[next];
+    observer->OnProcessingComplete(tree, task.GetGuiInterface());
   }
 }
 

@@ -151,7 +151,7 @@ void TreeStateBase::PopulateTree(bool keepExpanded)
 bool TreeStateBase::_Refill()
 {
   const TreeUpdateScope update(_Gui());
-  const structure_utils::TreeFilterInfoBase& filter = _GetCurrentFilter();
+  structure_utils::TreeFilterInfoBase& filter = _GetCurrentFilter();
   // The host needs no word about the highlights that this drops: their rows go next.
   assocHlightSet.clear();
   notFilteredSet.clear();
@@ -165,7 +165,7 @@ bool TreeStateBase::_Refill()
   assocHlightsNeedsUpdating = false;
   treeNeedsRedraw = false;
   if (filter.IsFiltering(false)) {
-    _StartFilteredPopulation();
+    _StartFilteredPopulation(filter);
     return false;
   }
   // Fetched again: the host was asked a few questions in between.
@@ -183,13 +183,14 @@ bool TreeStateBase::_CanShowRows()
   return _Gui().IsTreeVisibleInUI() && _Gui().IsValidView(view);
 }
 
-void TreeStateBase::_StartFilteredPopulation()
+void TreeStateBase::_StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter)
 {
   SetBusy(true);
   // Without the properties that it looks at the filter waits, still busy, for the next population.
   if (!_Gui().CheckPropsLoaded()) {
     return;
   }
+  guiTree.GetTreeController()->ApplyFilterToTree(filter, this);
   _Gui().SetTreeCalculating(true);
   _Gui().UpdateTreeTable();
 }
@@ -218,17 +219,26 @@ void TreeStateBase::_InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& inst
                                     const du::SmartPtr<zelk::BaseInstance>& parent,
                                     const du::SmartPtr<TreeSelectionController>& selController)
 {
-  if (IsInstHidden(instance.Get())) {
-    return;
+  bool assocHlight = false;
+  if (_RecordRow(instance.Get(), selController, assocHlight)) {
+    _Gui().InstanceCreate(instance, parent, selController, assocHlight);
+  }
+}
+
+bool TreeStateBase::_RecordRow(zelk::BaseInstance* instance, const du::SmartPtr<TreeSelectionController>& selController,
+                               bool& assocHlight)
+{
+  if (IsInstHidden(instance)) {
+    return false;
   }
   // Kernels allocate instances in the order in which they visit them, as a rule, so the end of the set is where most of
   // them belong; a wrong hint costs no more than none.
-  notFilteredSet.insert(notFilteredSet.end(), instance.Get());
-  const bool assocHlight = selController && selController->IsItemAssocHlighted(instance);
+  notFilteredSet.insert(notFilteredSet.end(), instance);
+  assocHlight = selController && selController->IsItemAssocHlighted(du::SmartPtr<zelk::BaseInstance>(instance));
   if (assocHlight) {
-    assocHlightSet.insert(instance.Get());
+    assocHlightSet.insert(instance);
   }
-  _Gui().InstanceCreate(instance, parent, selController, assocHlight);
+  return true;
 }
 
 void TreeStateBase::MadeVisible(bool visible)

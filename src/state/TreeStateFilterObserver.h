@@ -10,6 +10,13 @@ class TreeStateBase::FilterObserver : public FilterObserverBase {
 public:
   explicit FilterObserver(TreeStateBase* state) : owner(state) {}
 
+  void OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tree, GuiInterface* gui) override
+  {
+    if (owner) {
+      owner->OnProcessingComplete(tree, gui);
+    }
+  }
+
   TreeStateBase* owner;
 };
 

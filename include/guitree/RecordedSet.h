@@ -1,0 +1,116 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "du/SmartPtr.h"
+#include "guitree/InstsComperator.h"
+#include "zelk/BaseInstance.h"
+
+namespace guitree {
+
+using ByAddress = std::less<du::SmartPtr<zelk::BaseInstance>>;
+
+/// Brings references to instances into the order of their addresses, or of their keys; equal ones stay in the order in
+/// which they came.
+void SortRecorded(std::vector<du::SmartPtr<zelk::BaseInstance>>& items, const ByAddress& order);
+void SortRecorded(std::vector<du::SmartPtr<zelk::BaseInstance>>& items, const InstsComperator& order);
+
+/// An ordered set of instances that takes millions of entries quickly: they are appended as they come, and brought into
+/// order when somebody looks, or at a time of the owner's choice. Of instances that are equal in `Order` the first one
+/// counts, as in `std::set`; the others are kept alive. One thread at a time, looking included.
+template <typename Order>
+class RecordedSet {
+public:
+  using Item = du::SmartPtr<zelk::BaseInstance>;
+  using Set = std::set<Item, Order>;
+
+  /// Constant cost.
+  void Record(const Item& item)
+  {
+    if (!IsRecordedLast(item)) {
+      m_recorded.push_back(item);
+    }
+  }
+  /// Whether the latest entry that has not been brought into order is this one.
+  [[nodiscard]] bool IsRecordedLast(const Item& item) const { return !m_recorded.empty() && m_recorded.back() == item; }
+  [[nodiscard]] bool IsEmpty() const noexcept { return m_ordered.empty() && m_recorded.empty(); }
+  [[nodiscard]] bool Contains(const Item& item) const
+  {
+    Settle();
+    return std::binary_search(m_ordered.begin(), m_ordered.end(), item, Order());
+  }
+  /// Replaces `out`.
+  void CopyTo(Set& out) const
+  {
+    Settle();
+    out.clear();
+    for (const Item& item : m_ordered) {
+      out.insert(out.end(), item);
+    }
+  }
+  /// Takes out this instance, not one that is equal. Nothing for an unknown one. Does not bring the entries into order.
+  void Erase(const Item& item)
+  {
+    std::erase(m_recorded, item);
+    const auto [first, last] = std::equal_range(m_ordered.begin(), m_ordered.end(), item, Order());
+    m_ordered.erase(std::remove(first, last, item), last);
+  }
+  /// Brings what has been recorded into order; costs that of a sort of the new entries and a merge.
+  void Settle() const
+  {
+    if (m_recorded.empty()) {
+      return;
+    }
+    SortRecorded(m_recorded, Order());
+    if (m_ordered.empty()) {
+      m_ordered.swap(m_recorded);
+    } else {
+      const auto middle = static_cast<std::ptrdiff_t>(m_ordered.size());
+      m_ordered.insert(m_ordered.end(), std::move_iterator(m_recorded.begin()), std::move_iterator(m_recorded.end()));
+      std::inplace_merge(m_ordered.begin(), m_ordered.begin() + middle, m_ordered.end(), Order());
+    }
+    m_recorded = {};
+    _DropRepeated();
+  }
+  /// Moves all references to the end of `out`, which leaves the set empty.
+  void MoveTo(std::vector<Item>& out)
+  {
+    for (std::vector<Item>* items : {&m_ordered, &m_recorded, &m_equals}) {
+      std::move(items->begin(), items->end(), std::back_inserter(out));
+      *items = {};
+    }
+  }
+  [[nodiscard]] std::size_t GetSizeBound() const noexcept
+  {
+    return m_ordered.size() + m_recorded.size() + m_equals.size();
+  }
+
+private:
+  void _DropRepeated() const
+  {
+    std::size_t kept = 0;
+    for (std::size_t next = 1; next < m_ordered.size(); ++next) {
+      if (Order()(m_ordered[kept], m_ordered[next])) {
+        if (++kept != next) {
+          m_ordered[kept] = std::move(m_ordered[next]);
+        }
+      } else if (m_ordered[kept] != m_ordered[next]) {
+        m_equals.push_back(std::move(m_ordered[next]));
+      }
+    }
+    m_ordered.resize(kept + 1);
+  }
+
+  /// Looking brings the entries into order, which does not change the set.
+  mutable std::vector<Item> m_ordered;
+  mutable std::vector<Item> m_recorded;
+  /// Instances that a node may show although the set lists an equal one.
+  mutable std::vector<Item> m_equals;
+};
+
+}  // namespace guitree

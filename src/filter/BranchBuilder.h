@@ -1,0 +1,184 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <utility>
+#include <vector>
+
+#include "filter/BuildTreeInfo.h"
+#include "filter/ColumnSortOrder.h"
+#include "filter/NodeLinks.h"
+#include "guitree/FilteredTree.h"
+
+namespace guitree {
+
+/// Builds one branch of a filtered tree, from the kernel (`Child` is an instance) or from the tree of the hidden pass
+/// (`Child` is a node). Works on a stack of its own: a branch may be deeper than a thread's stack takes.
+///
+/// Each instance gets a node before its children are looked at, and loses it again if neither the instance nor one
+/// below it has passed the filter.
+template <typename Child>
+class FilteredTree::BranchBuilder {
+public:
+  BranchBuilder(FilteredTree& tree, BuildTreeInfo& info, bool hiddenPass)
+      : m_tree(tree), m_info(info), m_hiddenPass(hiddenPass)
+  {
+  }
+
+  /// Null when the run is cancelled on the way; what has been built stays linked.
+  Node* Build(Node* parent, const Child& top)
+  {
+    Node* const result = _Open(parent, top);
+    while (m_depth > 0) {
+      Level& level = _GetLevel();
+      if (level.next == level.children.size()) {
+        _Close(level);
+        continue;
+      }
+      const Child& child = level.children[level.next++];
+      _JudgeChild(level, child);
+      const std::size_t depth = m_depth;
+      Node* const node = _Open(level.node, child);
+      if (!node) {
+        return nullptr;
+      }
+      if (m_depth == depth) {
+        _FinishChild(level, node);
+      }
+    }
+    return result;
+  }
+
+private:
+  /// A node whose children are being made. Levels are used again, for the sake of their lists.
+  struct Level {
+    Node* node = nullptr;
+    std::vector<Child> children;
+    std::size_t next = 0;
+    bool hasMatchedSibling = false;
+    /// Of the child under way.
+    bool isKept = false;
+    bool isRecorded = false;
+    /// The last child that is kept with its branch unfilled.
+    Node* pendingBranch = nullptr;
+  };
+
+  [[nodiscard]] Level& _GetLevel() { return m_levels[m_depth - 1]; }
+
+  /// Makes the node, and a level for its children if there are any. Null when the run is cancelled.
+  Node* _Open(Node* parent, const Child& child)
+  {
+    if (m_info.IsCanceled()) {
+      return nullptr;
+    }
+    Node* const node = m_tree._NewNode(parent, _GetInstance(child), m_hiddenPass);
+    m_info.CountNode();
+    if (!m_tree.firstFilteredNode && !_IsFilteredOut(child)) {
+      m_tree.firstFilteredNode = node;
+    }
+    if (_HasChildren(child)) {
+      _OpenLevel(node, child);
+    }
+    return node;
+  }
+
+  void _OpenLevel(Node* node, const Child& child)
+  {
+    if (m_levels.size() == m_depth) {
+      m_levels.emplace_back();
+    }
+    ++m_depth;
+    Level& level = _GetLevel();
+    level.node = node;
+    level.next = 0;
+    level.pendingBranch = nullptr;
+    _FillChildren(level.children, child);
+    level.hasMatchedSibling = m_info.filter.GetShowSiblings() && _HasMatch(level.children);
+  }
+
+  [[nodiscard]] bool _HasMatch(const std::vector<Child>& children)
+  {
+    bool hasMatch = false;
+    for (const Child& child : children) {
+      if (_IsFilteredOut(child)) {
+        continue;
+      }
+      hasMatch = true;
+      if (!m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
+        break;
+      }
+    }
+    return hasMatch;
+  }
+
+  void _JudgeChild(Level& level, const Child& child)
+  {
+    if (!level.hasMatchedSibling) {
+      level.isKept = !_IsFilteredOut(child);
+    } else {
+      level.isKept = true;
+      if (m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
+        m_tree.AddMatchedFilterItem(_GetReference(child), false);
+      }
+    }
+    level.isRecorded = m_tree.createdItems.IsRecordedLast(_GetReference(child));
+  }
+
+  void _FinishChild(Level& level, Node* node)
+  {
+    if (!level.isKept && (!node->firstChild || IsPlaceholder(node->firstChild))) {
+      UnlinkChild(*node);
+      m_tree._DestroyBranch(node);
+      return;
+    }
+    if (level.isKept && IsPlaceholder(node->lastChild)) {
+      level.pendingBranch = node;
+    }
+    if (!level.isKept || !level.isRecorded) {
+      m_tree._KeepAlive(node->instance);
+    }
+  }
+
+  void _Close(Level& level)
+  {
+    level.children.clear();
+    const bool isSorted = ColumnSortOrder::IsColumn(m_info.filter.GetSortColumn());
+    Node* const pending = level.pendingBranch;
+    if (!isSorted && pending && pending != level.node->lastChild) {
+      UnlinkChild(*pending);
+      AppendChild(*level.node, *pending);
+    }
+    --m_depth;
+    if (m_depth > 0) {
+      _FinishChild(_GetLevel(), level.node);
+    }
+  }
+
+  [[nodiscard]] bool _IsFilteredOut(const Child& child)
+  {
+    return m_info._IsItemFilteredOut(_GetReference(child), m_hiddenPass, &m_tree);
+  }
+
+  using Instance = du::SmartPtr<zelk::BaseInstance>;
+
+  static zelk::BaseInstance* _GetInstance(const Instance& child) { return child.Get(); }
+  static zelk::BaseInstance* _GetInstance(const Node* child) { return child->instance; }
+  static const Instance& _GetReference(const Instance& child) { return child; }
+  static Instance _GetReference(const Node* child) { return Instance(child->instance); }
+  static bool _HasChildren(const Instance& child) { return child && child->HasChildren(); }
+  static bool _HasChildren(const Node* child) { return child->firstChild != nullptr; }
+  void _FillChildren(std::vector<Instance>& out, const Instance& child)
+  {
+    m_tree._GetSortedBaseChildren(child, out, m_info);
+  }
+  void _FillChildren(std::vector<Node*>& out, Node* child) { m_tree._GetSortedNodeChildren(child, out, m_info); }
+
+  FilteredTree& m_tree;
+  BuildTreeInfo& m_info;
+  const bool m_hiddenPass;
+  /// Of which the first `m_depth` are in use. References to levels stay good while it grows.
+  std::deque<Level> m_levels;
+  std::size_t m_depth = 0;
+};
+
+}  // namespace guitree

@@ -1,0 +1,99 @@
+#include "filter/BuildTreeInfo.h"
+
+#include <algorithm>
+
+namespace guitree {
+namespace {
+
+constexpr unsigned int s_nodesBetweenReports = 2500;
+
+}  // namespace
+
+FilteredTree::BuildTreeInfo::BuildTreeInfo(structure_utils::TreeFilterInfoBase& filterOfRun,
+                                           du::SmartPtr<du::RefCounted>& additional, zelk::AsyncEvent* event,
+                                           dp::ReadWriteLock* lock, const std::set<zelk::BaseInstance*>& notFiltered)
+    : filter(filterOfRun),
+      additionalInfo(additional),
+      asyncEvent(event),
+      treeReadGuard(lock),
+      notFilteredSet(notFiltered)
+{
+}
+
+bool FilteredTree::BuildTreeInfo::_IsItemFilteredOut(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
+                                                     FilteredTree* tree)
+{
+  const bool isEager = tree && tree->ForceCheckFilteringForAllItems(hiddenPass);
+  // Judged first, also where the exemption has the last word: what the filter lets through is recorded in any case.
+  const bool isFilteredOut = isEager && _JudgeAndRecord(item, hiddenPass, *tree);
+  if (!notFilteredSet.empty()) {
+    const Exemption exemption = _FindExemption(item);
+    if (exemption != Exemption::None) {
+      return exemption == Exemption::FilteredOut;
+    }
+  }
+  return isEager ? isFilteredOut : _AskFilter(item, hiddenPass, tree);
+}
+
+bool FilteredTree::BuildTreeInfo::_AskFilter(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
+                                             FilteredTree* tree)
+{
+  return filter.IsFilteredOut(item, selectedItems, hiddenPass, additionalInfo, tree ? &tree->numInsts : nullptr);
+}
+
+bool FilteredTree::BuildTreeInfo::_JudgeAndRecord(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
+                                                  FilteredTree& tree)
+{
+  if (_AskFilter(item, hiddenPass, &tree) && tree.IsFilteredOutByAdditionalCheck(filter, item)) {
+    return true;
+  }
+  tree.AddMatchedFilterItem(item, true);
+  return false;
+}
+
+FilteredTree::BuildTreeInfo::Exemption FilteredTree::BuildTreeInfo::_FindExemption(
+    const du::SmartPtr<zelk::BaseInstance>& item)
+{
+  if (notFilteredSet.contains(item.Get())) {
+    return Exemption::Spared;
+  }
+  du::SmartPtr<zelk::BaseInstance> parent;
+  if (item) {
+    item->GetBaseParent(parent);
+  }
+  if (!parent) {
+    return Exemption::None;
+  }
+  _LookAtParent(parent);
+  // A child of the top stands where the root of the display is when the top itself is not displayed.
+  if (m_isParentTop && filter.IsRootFilteredOut(item)) {
+    return Exemption::FilteredOut;
+  }
+  const bool isHiddenBody = m_isParentSpared && filter.GetHideBodies() && item->IsBodyInstance();
+  return m_isParentSpared && !isHiddenBody ? Exemption::Spared : Exemption::None;
+}
+
+void FilteredTree::BuildTreeInfo::_LookAtParent(const du::SmartPtr<zelk::BaseInstance>& parent)
+{
+  if (parent.Get() == m_parent) {
+    return;
+  }
+  du::SmartPtr<zelk::BaseInstance> parentOfParent;
+  parent->GetBaseParent(parentOfParent);
+  m_parent = parent.Get();
+  m_isParentTop = !parentOfParent;
+  m_isParentSpared = notFilteredSet.contains(parent.Get());
+}
+
+void FilteredTree::BuildTreeInfo::CountNode()
+{
+  nodesCreated += 1.0;
+  if (!asyncEvent || static_cast<unsigned int>(nodesCreated) % s_nodesBetweenReports != 0) {
+    return;
+  }
+  // A tree that says it has no instances gives an infinite percentage.
+  const double percent = nodesCreated / totalInstances * 100.0;
+  asyncEvent->Progress(static_cast<unsigned char>(std::clamp(percent, 0.0, 255.0)));
+}
+
+}  // namespace guitree

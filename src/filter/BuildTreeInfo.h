@@ -1,0 +1,47 @@
+#pragma once
+
+#include <set>
+
+#include "dp/ReadWriteLock.h"
+#include "guitree/FilteredTree.h"
+
+namespace guitree {
+
+/// What one `BuildTree` call works with, and its judgement of single instances.
+struct FilteredTree::BuildTreeInfo {
+  BuildTreeInfo(structure_utils::TreeFilterInfoBase& filterOfRun, du::SmartPtr<du::RefCounted>& additional,
+                zelk::AsyncEvent* event, dp::ReadWriteLock* lock, const std::set<zelk::BaseInstance*>& notFiltered);
+
+  /// True for filtered out. `tree`, which may be null, records what is matched.
+  [[nodiscard]] bool _IsItemFilteredOut(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
+                                        FilteredTree* tree);
+  [[nodiscard]] bool IsCanceled() const { return asyncEvent && asyncEvent->IsCanceled(); }
+  /// Counts a node, and reports every 2,500 of them.
+  void CountNode();
+
+  structure_utils::TreeFilterInfoBase& filter;
+  du::SmartPtr<du::RefCounted>& additionalInfo;
+  /// May be null.
+  zelk::AsyncEvent* asyncEvent;
+  std::set<du::SmartPtr<zelk::BaseInstance>> selectedItems;
+  dp::ReadGuard treeReadGuard;
+  const std::set<zelk::BaseInstance*>& notFilteredSet;
+  unsigned int totalInstances = 0;
+  /// Over both passes.
+  double nodesCreated = 0.0;
+
+private:
+  enum class Exemption { None, Spared, FilteredOut };
+
+  [[nodiscard]] bool _AskFilter(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass, FilteredTree* tree);
+  [[nodiscard]] bool _JudgeAndRecord(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass, FilteredTree& tree);
+  [[nodiscard]] Exemption _FindExemption(const du::SmartPtr<zelk::BaseInstance>& item);
+  void _LookAtParent(const du::SmartPtr<zelk::BaseInstance>& parent);
+
+  /// The parent whose children were judged last, so that its own place is looked up once for all of them.
+  const zelk::BaseInstance* m_parent = nullptr;
+  bool m_isParentTop = false;
+  bool m_isParentSpared = false;
+};
+
+}  // namespace guitree

@@ -1,0 +1,181 @@
+#include "guitree/FilteredTree.h"
+
+#include <utility>
+
+#include "filter/NodeLinks.h"
+#include "filter/ResultDisposal.h"
+
+namespace guitree {
+namespace {
+
+unsigned int CountNodes(const FilteredTree::Node* top)
+{
+  unsigned int count = 0;
+  const FilteredTree::Node* node = top;
+  while (node) {
+    ++count;
+    if (node->firstChild) {
+      node = node->firstChild;
+      continue;
+    }
+    while (node != top && !node->nextSibling) {
+      node = node->parent;
+    }
+    node = node == top ? nullptr : node->nextSibling;
+  }
+  return count;
+}
+
+FilteredTree::Node* FindChild(const FilteredTree::Node& parent, const zelk::BaseInstance* instance)
+{
+  FilteredTree::Node* child = parent.firstChild;
+  while (child && child->instance != instance) {
+    child = child->nextSibling;
+  }
+  return child;
+}
+
+}  // namespace
+
+FilteredTree::FilteredTree() = default;
+
+FilteredTree::FilteredTree(const FilteredTree&) = default;
+
+FilteredTree& FilteredTree::operator=(const FilteredTree&) = default;
+
+FilteredTree::~FilteredTree()
+{
+  std::vector<Node*> trees = std::move(m_discarded);
+  trees.push_back(root);
+  trees.push_back(hfRoot);
+  const std::size_t size = m_nodeCount + matchedItems.GetSizeBound() + createdItems.GetSizeBound() + m_keptAlive.size();
+  std::vector<du::SmartPtr<zelk::BaseInstance>> references = std::move(m_keptAlive);
+  matchedItems.MoveTo(references);
+  createdItems.MoveTo(references);
+  ResultDisposal::Dispose(std::move(trees), std::move(references), size);
+}
+
+bool FilteredTree::ZeroReferenceCountHook() const
+{
+  return true;
+}
+
+void FilteredTree::GetMatchedFilterItems(InstanceSet& out) const
+{
+  matchedItems.CopyTo(out);
+}
+
+bool FilteredTree::IsFilteredTreeEmpty() const
+{
+  return matchedItems.IsEmpty();
+}
+
+void FilteredTree::GetAllCreatedItems(CreatedSet& out) const
+{
+  createdItems.CopyTo(out);
+}
+
+bool FilteredTree::IsContainItem(const du::SmartPtr<zelk::BaseInstance>& instance) const
+{
+  return createdItems.Contains(instance);
+}
+
+bool FilteredTree::ForceCheckFilteringForAllItems(bool /*hiddenPass*/)
+{
+  return true;
+}
+
+void FilteredTree::AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched)
+{
+  if (!instance) {
+    return;
+  }
+  createdItems.Record(instance);
+  if (matched) {
+    matchedItems.Record(instance);
+  }
+}
+
+bool FilteredTree::IsFilteredOutByAdditionalCheck(structure_utils::TreeFilterInfoBase& /*filter*/,
+                                                  const du::SmartPtr<zelk::BaseInstance>& /*instance*/)
+{
+  return true;
+}
+
+bool FilteredTree::ShouldCreateFilterNode()
+{
+  return true;
+}
+
+unsigned int FilteredTree::GetNumHfInsts()
+{
+  if (numHfInsts == 0) {
+    numHfInsts = CountNodes(hfRoot ? hfRoot : (rootIsHfTree ? root : nullptr));
+  }
+  return numHfInsts;
+}
+
+FilteredTree::Node* FilteredTree::GetNode(du::SmartPtr<zelk::BaseInstance> instance)
+{
+  std::vector<const zelk::BaseInstance*> path;
+  while (instance) {
+    path.push_back(instance.Get());
+    instance->GetBaseParent(instance);
+  }
+  if (path.empty()) {
+    return nullptr;
+  }
+  // The path is read from the top, which stands at its end. The two topmost instances are not looked for.
+  path.resize(path.size() < 2 ? 0 : path.size() - 2);
+  Node* node = root;
+  for (auto next = path.rbegin(); node && next != path.rend(); ++next) {
+    node = FindChild(*node, *next);
+  }
+  return node;
+}
+
+void FilteredTree::RemoveHiddenItem(const du::SmartPtr<zelk::BaseInstance>& instance)
+{
+  matchedItems.Erase(instance);
+}
+
+FilteredTree::Node* FilteredTree::_NewNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass)
+{
+  Node* const node = new Node{.instance = instance};
+  ++m_nodeCount;
+  if (parent) {
+    AppendChild(*parent, *node);
+  } else {
+    (hiddenPass ? hfRoot : root) = node;
+  }
+  return node;
+}
+
+void FilteredTree::_DestroyBranch(Node* node)
+{
+  DestroyNodes(node, [this](const Node* ending) {
+    --m_nodeCount;
+    if (firstFilteredNode == ending) {
+      firstFilteredNode = nullptr;
+    }
+  });
+}
+
+void FilteredTree::_ResetTrees()
+{
+  root = nullptr;
+  hfRoot = nullptr;
+  firstFilteredNode = nullptr;
+  numHfInsts = 0;
+  numInsts = 0;
+  rootIsHfTree = false;
+}
+
+void FilteredTree::_KeepAlive(zelk::BaseInstance* instance)
+{
+  if (instance) {
+    m_keptAlive.emplace_back(instance);
+  }
+}
+
+}  // namespace guitree

@@ -1,0 +1,147 @@
+// How a filtered tree is built from a kernel tree, on a worker.
+
+#include <algorithm>
+#include <utility>
+
+#include "filter/BranchBuilder.h"
+#include "filter/BuildTreeInfo.h"
+#include "filter/ColumnSortOrder.h"
+#include "filter/NodeLinks.h"
+#include "guitree/FilteredTree.h"
+#include "zelk/BaseTree.h"
+
+namespace guitree {
+namespace {
+
+du::SmartPtr<zelk::BaseTree> GetTreeOf(const zelk::BaseInstance& instance)
+{
+  du::SmartPtr<zelk::BaseTree> tree;
+  instance.GetBaseTree(tree);
+  return tree;
+}
+
+const zelk::BaseInstance* GetInstanceOf(const du::SmartPtr<zelk::BaseInstance>& child)
+{
+  return child.Get();
+}
+
+const zelk::BaseInstance* GetInstanceOf(const FilteredTree::Node* child)
+{
+  return child->instance;
+}
+
+/// Reads each value once: a sort that read it at each comparison would ask the kernel some forty times as often.
+template <typename Child>
+void SortChildren(std::vector<Child>& children, structure_utils::TreeFilterInfoBase& filter)
+{
+  const du::DualSymbol column = filter.GetSortColumn();
+  const ColumnSortOrder order(column, filter.GetSortDirection());
+  if (!ColumnSortOrder::IsColumn(column)) {
+    return;
+  }
+  std::vector<std::pair<du::Symbol, Child>> keyed;
+  keyed.reserve(children.size());
+  for (Child& child : children) {
+    const du::Symbol value = order.GetValue(GetInstanceOf(child));
+    keyed.emplace_back(value, std::move(child));
+  }
+  // Rows of equal value keep the order of the kernel.
+  std::stable_sort(keyed.begin(), keyed.end(),
+                   [&order](const auto& a, const auto& b) { return order.OrdersBefore(a.first, b.first); });
+  std::transform(keyed.begin(), keyed.end(), children.begin(), [](auto& entry) { return std::move(entry.second); });
+}
+
+}  // namespace
+
+void FilteredTree::BuildTree(structure_utils::TreeFilterInfoBase& filter, du::SmartPtr<zelk::BaseInstance> rootInstance,
+                             du::SmartPtr<TreeSelectionController> selection,
+                             du::SmartPtr<du::RefCounted>& additionalInfo,
+                             const std::set<zelk::BaseInstance*>& notFiltered, zelk::AsyncEvent* event)
+{
+  _DestroyBranch(root);
+  _DestroyBranch(hfRoot);
+  _ResetTrees();
+  if (!rootInstance) {
+    return;
+  }
+  const du::SmartPtr<zelk::BaseTree> tree = GetTreeOf(*rootInstance);
+  dp::ReadWriteLock* const lock = tree ? tree->GetReadWriteLock() : nullptr;
+  // Lets a writer at work end before the long read begins.
+  {
+    const dp::ReadGuard barrier(lock);
+  }
+  BuildTreeInfo info(filter, additionalInfo, event, lock, notFiltered);
+  _KeepAlive(rootInstance.Get());
+  if (selection) {
+    selection->GetSelectedInstances(info.selectedItems);
+  }
+  if (tree) {
+    tree->GetNumInstances(info.totalInstances);
+  }
+  _BuildPasses(rootInstance, info);
+  _EndBuild(rootInstance.Get(), info);
+  // An instance that has left tree and selection meanwhile must not end on a worker.
+  m_keptAlive.insert(m_keptAlive.end(), info.selectedItems.begin(), info.selectedItems.end());
+  info.selectedItems.clear();
+}
+
+void FilteredTree::_BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInstance, BuildTreeInfo& info)
+{
+  if (!info.filter.IsHiddenFilter(false)) {
+    _BuildTree(nullptr, rootInstance, nullptr, info, false);
+    return;
+  }
+  _BuildTree(nullptr, rootInstance, nullptr, info, true);
+  if (!hfRoot || info.filter.IsHiddenFilter(true)) {
+    root = std::exchange(hfRoot, nullptr);
+    rootIsHfTree = true;
+    numHfInsts = 0;
+    numInsts = 0;
+    return;
+  }
+  firstFilteredNode = nullptr;
+  _BuildTree(nullptr, nullptr, hfRoot, info, false);
+}
+
+void FilteredTree::_EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeInfo& info)
+{
+  if (info.IsCanceled()) {
+    m_discarded.push_back(std::exchange(root, nullptr));
+    m_discarded.push_back(std::exchange(hfRoot, nullptr));
+    _ResetTrees();
+    _NewNode(_NewNode(nullptr, rootInstance, false), nullptr, false);
+    return;
+  }
+  matchedItems.Settle();
+  createdItems.Settle();
+  if (info.asyncEvent) {
+    info.asyncEvent->Progress(100);
+  }
+}
+
+FilteredTree::Node* FilteredTree::_BuildTree(Node* parent, const du::SmartPtr<zelk::BaseInstance>& instance,
+                                             Node* source, BuildTreeInfo& info, bool hiddenPass)
+{
+  if (instance || !source) {
+    return BranchBuilder<du::SmartPtr<zelk::BaseInstance>>(*this, info, hiddenPass).Build(parent, instance);
+  }
+  return BranchBuilder<Node*>(*this, info, hiddenPass).Build(parent, source);
+}
+
+void FilteredTree::_GetSortedBaseChildren(du::SmartPtr<zelk::BaseInstance> instance,
+                                          std::vector<du::SmartPtr<zelk::BaseInstance>>& out, BuildTreeInfo& info)
+{
+  instance->GetBaseChildren(out);
+  SortChildren(out, info.filter);
+}
+
+void FilteredTree::_GetSortedNodeChildren(Node* node, std::vector<Node*>& out, BuildTreeInfo& info)
+{
+  out.clear();
+  for (Node* child = node->firstChild; child; child = child->nextSibling) {
+    out.push_back(child);
+  }
+  SortChildren(out, info.filter);
+}
+
+}  // namespace guitree

@@ -1,0 +1,84 @@
+#include "guitree/GenerateFilteredTreeTask.h"
+
+#include <utility>
+
+#include "filter/NodeLinks.h"
+#include "guitree/GuiTree.h"
+#include "guitree/TreeStateBase.h"
+
+namespace guitree {
+
+GenerateFilteredTreeTask::GenerateFilteredTreeTask(
+    TreeStateBase* state, structure_utils::TreeFilterInfoBase& filterOfState,
+    du::SmartPtr<TreeSelectionController> selection, du::SmartPtr<du::RefCounted> additional,
+    const du::SmartPtr<zelk::BaseTree>& tree, const std::list<zelk::BaseInstance*>* list1,
+    const std::list<zelk::BaseInstance*>* list2, bool addNonFilteredRoot, zelk::AsyncEvent* event)
+    : asyncEvent(event),
+      filter(filterOfState.Duplicate()),
+      selController(std::move(selection)),
+      additionalInfo(std::move(additional)),
+      baseTree(tree)
+{
+  if (state) {
+    filteredTree = du::SmartPtr<FilteredTree>(state->CreateFilteredTree());
+    guiInterface = state->GetGuiTree().GetGuiInterface();
+  }
+  if (!filteredTree) {
+    filteredTree = du::MakeSmart<FilteredTree>();
+  }
+  if (!filter->GetDynamicUpdate()) {
+    for (const auto* list : {list1, list2}) {
+      if (list) {
+        notFilteredInsts.insert(list->begin(), list->end());
+      }
+    }
+  }
+  if (addNonFilteredRoot && baseTree) {
+    du::SmartPtr<zelk::BaseInstance> root;
+    baseTree->GetBaseRoot(root);
+    notFilteredInsts.insert(root.Get());
+  }
+}
+
+GenerateFilteredTreeTask::GenerateFilteredTreeTask(const GenerateFilteredTreeTask&) = default;
+
+GenerateFilteredTreeTask& GenerateFilteredTreeTask::operator=(const GenerateFilteredTreeTask&) = default;
+
+GenerateFilteredTreeTask::~GenerateFilteredTreeTask()
+{
+  delete filter;
+}
+
+void GenerateFilteredTreeTask::Run()
+{
+  const bool isWanted = !asyncEvent || !asyncEvent->IsCanceled();
+  if (isWanted) {
+    _Build();
+  }
+  // Taking a large tree apart takes longer than building it has, when it is cancelled: nobody need wait for that.
+  const std::vector<FilteredTree::Node*> discarded = std::exchange(filteredTree->m_discarded, {});
+  if (asyncEvent) {
+    asyncEvent->Complete();
+  }
+  for (FilteredTree::Node* const tree : discarded) {
+    DestroyNodes(tree, [](const FilteredTree::Node* /*node*/) {});
+  }
+}
+
+void GenerateFilteredTreeTask::_Build()
+{
+  du::SmartPtr<zelk::BaseInstance> root;
+  if (baseTree) {
+    baseTree->GetBaseRoot(root);
+  }
+  if (root) {
+    filteredTree->BuildTree(*filter, std::move(root), selController, additionalInfo, notFilteredInsts, asyncEvent);
+  }
+}
+
+du::SmartPtr<FilteredTree> GenerateFilteredTreeTask::GetFilteredTreeResult()
+{
+  return filteredTree;
+}
+
+}  // namespace guitree
