@@ -14,4 +14,5 @@ configure_package_config_file(cmake/guitreeConfig.cmake.in "${guitree_BINARY_DIR
                               INSTALL_DESTINATION "${guitree_package_dir}")
 write_basic_package_version_file("${guitree_BINARY_DIR}/guitreeConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES "${guitree_BINARY_DIR}/guitreeConfig.cmake" "${guitree_BINARY_DIR}/guitreeConfigVersion.cmake"
+              cmake/Findutf8proc.cmake
         DESTINATION "${guitree_package_dir}")

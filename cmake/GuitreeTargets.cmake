@@ -25,6 +25,7 @@ target_compile_options(
 
 # guitree_add_library(NAME
 #   HEADER_DIR dir        public headers: every *.h below it, and the folder that users include from
+#   HEADER_FOLDERS names  only the headers in these folders of it; default: all
 #   SOURCES files...      without any the library is an interface library
 #   INSTALL_DIR dir       where the headers go below the include folder of the prefix; default: its root
 #   LINK targets...       what the public headers need (guitree::x are our own libraries)
@@ -39,9 +40,13 @@ target_compile_options(
 # Headers that are not public stay beside the sources, outside HEADER_DIR; target_include_directories(... PRIVATE)
 # reaches them.
 function(guitree_add_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADER_DIR;INSTALL_DIR" "SOURCES;LINK;LINK_PRIVATE;PACKAGES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADER_DIR;INSTALL_DIR" "HEADER_FOLDERS;SOURCES;LINK;LINK_PRIVATE;PACKAGES")
   cmake_path(ABSOLUTE_PATH arg_HEADER_DIR NORMALIZE OUTPUT_VARIABLE header_dir)
-  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${header_dir}/*.h")
+  set(header_globs "${header_dir}/*.h")
+  if(arg_HEADER_FOLDERS)
+    list(TRANSFORM arg_HEADER_FOLDERS REPLACE "(.+)" "${header_dir}/\\1/*.h" OUTPUT_VARIABLE header_globs)
+  endif()
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${header_globs})
 
   set(scope PUBLIC)
   if(arg_SOURCES)

@@ -17,15 +17,17 @@ public:
 
   /// A copy that the caller owns and may use in another thread.
   [[nodiscard]] virtual TreeFilterInfoBase* Duplicate() = 0;
-  /// Whether the filter is on, so that the tree shows a result of it and not everything. Callers pass false.
-  [[nodiscard]] virtual bool IsFiltering(bool withHidden) const = 0;
+  /// Whether the filter is on, so that the tree shows a result of it and not everything. Panels pass false: they leave
+  /// hidden bodies out of the plain tree themselves. With true a filter that does nothing but hide bodies is on as
+  /// well.
+  [[nodiscard]] virtual bool IsFiltering(bool countHiddenBodies) const = 0;
   /// With false: whether a first pass over the tree applies that only leaves out what is hidden. With true: whether
   /// that pass is the whole filter.
   [[nodiscard]] virtual bool IsHiddenFilter(bool hiddenOnly) const = 0;
   /// `IsFiltering` without the criteria that depend on a view.
-  [[nodiscard]] virtual bool IsFilteringBase(bool withHidden) const = 0;
-  /// Whether the root's position filters out `instance`, although its parents are spared.
-  [[nodiscard]] virtual bool IsRootFilteredOut(const du::SmartPtr<zelk::BaseInstance>& instance) = 0;
+  [[nodiscard]] virtual bool IsFilteringBase(bool countHiddenBodies) const = 0;
+  /// Whether the root's position filters out `instance`, although its parents are spared. False here.
+  [[nodiscard]] virtual bool IsRootFilteredOut(const du::SmartPtr<zelk::BaseInstance>& instance);
   /// The decision for one instance. `selected` holds the selected instances, `hiddenPass` tells the pass,
   /// `additionalInfo` is a `TreeFilterAdditionalInfo` or null, and `count`, which may be null, is a counter that the
   /// filter may use.
@@ -51,8 +53,9 @@ public:
   [[nodiscard]] virtual bool GetFilteringVis() = 0;
   [[nodiscard]] virtual bool GetFilteringIssues() = 0;
   [[nodiscard]] virtual bool GetNotSyncPartsStatus() const = 0;
-  /// Whether the decision depends on the current view, so that a change of view needs another run.
-  [[nodiscard]] virtual bool IsFilteringUsingView() = 0;
+  /// Whether the decision depends on the current view, so that a change of view needs another run. Here: whether
+  /// visibility or issues are among the criteria.
+  [[nodiscard]] virtual bool IsFilteringUsingView();
   /// True is ascending.
   [[nodiscard]] virtual bool GetSortDirection() const = 0;
   [[nodiscard]] virtual bool GetMatchCase() const = 0;

@@ -1,63 +1,119 @@
 #include "zelremote/StructureFilterInfo.h"
 
-#include <string>
+#include <memory>
+#include <utility>
 
-#include "zelk/World.h"
+#include "zelk/Instance.h"
+#include "zelk/ShapeScene.h"
 
 namespace zelremote {
 
+using structure_utils::TreeFilterAdditionalInfo;
 using structure_utils::TreeFilterInfoBase;
+
+namespace {
+
+bool IsPart(const zelk::BaseInstance& instance)
+{
+  if (instance.IsBodyInstance()) {
+    return false;
+  }
+  const auto* part = dynamic_cast<const zelk::Instance*>(&instance);
+  return part ? !part->HasNoneBodyChildren() : !instance.HasChildren();
+}
+
+bool IsOnList(const du::SmartPtr<zelk::BaseInstance>& instance,
+              const du::SmartPtr<structure_utils::TreeResultsList>& list)
+{
+  return list && list->GetInstances().contains(instance);
+}
+
+bool HasVisibility(const du::ConstSmartPtr<zelk::Instance>& instance, const du::SmartPtr<zelk::ShapeScene>& scene,
+                   bool isVisible)
+{
+  du::SmartPtr<zelk::ShapeInstance> shape;
+  return scene && scene->GetShapeInstance(instance, shape) && shape->IsVisible() == isVisible;
+}
+
+}  // namespace
 
 StructureFilterInfo::StructureFilterInfo(const du::Symbol& name) : m_name(name) {}
 
-void StructureFilterInfo::LoadFromPreferences()
+void StructureFilterInfo::SetText(const std::string& text)
 {
-  const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
-  const du::SmartPtr<zelk::Preferences> preferences = world ? world->GetPreferences() : nullptr;
-  if (!preferences) {
-    return;
-  }
-  const std::string group = "Structure Filter/" + std::string(m_name) + "/";
-  const auto load = [&](const char* key, bool& member) {
-    preferences->GetBool(du::Symbol(std::string_view(group + key)), member, nullptr);
-  };
-  preferences->GetInt(du::Symbol(std::string_view(group + "list_mode")), listMode, nullptr);
-  load("collapse_instances", collapseInstances);
-  load("hide_bodies", hideBodies);
-  load("use_results_list", useResultsList);
-  load("results_list_live", resultsListLive);
+  m_text = text;
+  _PreparePattern();
+}
+
+void StructureFilterInfo::SetColumns(std::vector<du::DualSymbol> columns)
+{
+  m_columns = std::move(columns);
+}
+
+void StructureFilterInfo::SetMatchCase(bool on)
+{
+  m_matchCase = on;
+  _PreparePattern();
+}
+
+void StructureFilterInfo::SetMatchWholeWord(bool on)
+{
+  m_matchWholeWord = on;
+  _PreparePattern();
+}
+
+void StructureFilterInfo::ClearCriteria()
+{
+  SetText({});
+  m_partsOnly = false;
+  m_bodiesOnly = false;
+  m_selectedOnly = false;
+  m_visibility = Visibility::Any;
+  m_issuesOnly = false;
+  useResultsList = false;
 }
 
 TreeFilterInfoBase* StructureFilterInfo::Duplicate()
 {
-  return new StructureFilterInfo(*this);
+  auto duplicate = std::make_unique<StructureFilterInfo>(*this);
+  if (duplicate->_IsHiding()) {
+    duplicate->m_hiddenBranches.BeginToRemember();
+  }
+  return duplicate.release();
 }
 
-bool StructureFilterInfo::IsFiltering(bool /*withHidden*/) const
+bool StructureFilterInfo::IsFiltering(bool countHiddenBodies) const
 {
-  return false;
+  return _HasCriterion() || collapseInstances || (countHiddenBodies && hideBodies);
 }
 
-bool StructureFilterInfo::IsHiddenFilter(bool /*hiddenOnly*/) const
+bool StructureFilterInfo::IsHiddenFilter(bool hiddenOnly) const
 {
-  return false;
+  const bool takesSiblings = m_showSiblings && listMode != 1;
+  return _IsHiding() && (!_HasCriterion() || (!hiddenOnly && takesSiblings));
 }
 
-bool StructureFilterInfo::IsFilteringBase(bool /*withHidden*/) const
+bool StructureFilterInfo::IsFilteringBase(bool countHiddenBodies) const
 {
-  return false;
+  return _HasOtherCriterion() || collapseInstances || (countHiddenBodies && hideBodies);
 }
 
-bool StructureFilterInfo::IsRootFilteredOut(const du::SmartPtr<zelk::BaseInstance>& /*instance*/)
+bool StructureFilterInfo::IsFilteredOut(const du::SmartPtr<zelk::BaseInstance>& instance, Instances& selected,
+                                        bool hiddenPass, du::SmartPtr<du::RefCounted>& additionalInfo,
+                                        unsigned int* count)
 {
-  return false;
-}
-
-bool StructureFilterInfo::IsFilteredOut(const du::SmartPtr<zelk::BaseInstance>& /*instance*/,
-                                        std::set<du::SmartPtr<zelk::BaseInstance>>& /*selected*/, bool /*hiddenPass*/,
-                                        du::SmartPtr<du::RefCounted>& /*additionalInfo*/, unsigned int* /*count*/)
-{
-  return false;
+  if (!instance) {
+    return true;
+  }
+  if (hiddenPass) {
+    return _IsHidden(instance);
+  }
+  // What is hidden costs a climb, so it is asked about matches alone.
+  const bool isMatch = _MeetsCriteria(instance, selected, additionalInfo.Get()) && !_IsHidden(instance);
+  if (isMatch && count) {
+    ++*count;
+  }
+  return !isMatch;
 }
 
 bool StructureFilterInfo::HasDynamicUpdateOption()
@@ -77,47 +133,47 @@ void StructureFilterInfo::SetDynamicUpdate(bool dynamicUpdate)
 
 bool StructureFilterInfo::GetFilteringName()
 {
-  return false;
+  return _HasTextCriterion() && m_searchName;
 }
 
 bool StructureFilterInfo::GetFilteringParts()
 {
-  return false;
+  return m_partsOnly;
 }
 
 bool StructureFilterInfo::GetFilteringBodies()
 {
-  return false;
+  return m_bodiesOnly;
 }
 
 bool StructureFilterInfo::GetFilteringColumns()
 {
-  return false;
+  return _HasTextCriterion() && !m_columns.empty();
 }
 
 bool StructureFilterInfo::GetFilteringSel()
 {
-  return false;
+  return m_selectedOnly;
 }
 
 bool StructureFilterInfo::GetEnsureExpanded()
 {
-  return false;
+  return m_ensureExpanded;
 }
 
 bool StructureFilterInfo::GetShowSiblings()
 {
-  return false;
+  return m_showSiblings;
 }
 
 bool StructureFilterInfo::GetFilteringVis()
 {
-  return false;
+  return m_visibility != Visibility::Any;
 }
 
 bool StructureFilterInfo::GetFilteringIssues()
 {
-  return false;
+  return m_issuesOnly;
 }
 
 bool StructureFilterInfo::GetNotSyncPartsStatus() const
@@ -125,29 +181,24 @@ bool StructureFilterInfo::GetNotSyncPartsStatus() const
   return false;
 }
 
-bool StructureFilterInfo::IsFilteringUsingView()
-{
-  return false;
-}
-
 bool StructureFilterInfo::GetSortDirection() const
 {
-  return true;
+  return m_isAscending;
 }
 
 bool StructureFilterInfo::GetMatchCase() const
 {
-  return false;
+  return m_matchCase;
 }
 
 bool StructureFilterInfo::GetMatchWholeWord() const
 {
-  return false;
+  return m_matchWholeWord;
 }
 
 du::DualSymbol StructureFilterInfo::GetSortColumn()
 {
-  return {};
+  return m_sortColumn;
 }
 
 bool StructureFilterInfo::GetCollapseInstances() const
@@ -158,6 +209,101 @@ bool StructureFilterInfo::GetCollapseInstances() const
 bool StructureFilterInfo::GetHideBodies() const
 {
   return hideBodies;
+}
+
+void StructureFilterInfo::_PreparePattern()
+{
+  m_search.SetPattern(std::make_shared<const TextPattern>(m_text, m_matchCase, m_matchWholeWord));
+}
+
+bool StructureFilterInfo::_HasTextCriterion() const
+{
+  return !m_search.GetPattern().IsEmpty() && (m_searchName || !m_columns.empty());
+}
+
+bool StructureFilterInfo::_HasViewCriterion() const
+{
+  return m_visibility != Visibility::Any || m_issuesOnly;
+}
+
+bool StructureFilterInfo::_HasOtherCriterion() const
+{
+  return _HasTextCriterion() || m_partsOnly || m_bodiesOnly || m_selectedOnly || useResultsList;
+}
+
+bool StructureFilterInfo::_IsHidden(const du::SmartPtr<zelk::BaseInstance>& instance)
+{
+  return m_hiddenBranches.IsHidden(instance, {.bodies = hideBodies, .laterSiblings = collapseInstances});
+}
+
+bool StructureFilterInfo::_MeetsCriteria(const du::SmartPtr<zelk::BaseInstance>& instance, const Instances& selected,
+                                         const du::RefCounted* additionalInfo)
+{
+  // The cheapest first.
+  if (!_MeetsKind(*instance) || (m_selectedOnly && !selected.contains(instance)) || !_MeetsText(*instance)) {
+    return false;
+  }
+  if (!useResultsList && !_HasViewCriterion()) {
+    return true;
+  }
+  const auto* info = dynamic_cast<const TreeFilterAdditionalInfo*>(additionalInfo);
+  return info && _MeetsInfo(instance, *info);
+}
+
+bool StructureFilterInfo::_MeetsKind(const zelk::BaseInstance& instance) const
+{
+  if (!m_partsOnly && !m_bodiesOnly) {
+    return true;
+  }
+  return (m_bodiesOnly && instance.IsBodyInstance()) || (m_partsOnly && IsPart(instance));
+}
+
+bool StructureFilterInfo::_MeetsText(const zelk::BaseInstance& instance)
+{
+  if (!_HasTextCriterion()) {
+    return true;
+  }
+  m_search.Begin();
+  if (m_searchName && m_search.Add(instance.GetObjectName().GetView())) {
+    return true;
+  }
+  du::SmartPtr<zelk::PropertyValue> value;
+  for (const du::DualSymbol& column : m_columns) {
+    instance.GetPropertyValue(value, column.GetFirst(), column.GetSecond(), du::Symbol::EMPTY);
+    if (!value) {
+      continue;
+    }
+    // As a string: a value that is put together when it is read would be interned for ever as a symbol.
+    value->GetValueAsString(m_value);
+    if (m_search.Add(m_value)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool StructureFilterInfo::_MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance,
+                                     const TreeFilterAdditionalInfo& info) const
+{
+  if (useResultsList && !IsOnList(instance, info.GetResultsList())) {
+    return false;
+  }
+  if (!_HasViewCriterion()) {
+    return true;
+  }
+  const auto part = du::DynamicCast<zelk::Instance>(instance);
+  return part && _MeetsView(du::ConstSmartPtr<zelk::Instance>(part), info);
+}
+
+bool StructureFilterInfo::_MeetsView(const du::ConstSmartPtr<zelk::Instance>& instance,
+                                     const TreeFilterAdditionalInfo& info) const
+{
+  if (m_visibility != Visibility::Any
+      && !HasVisibility(instance, info.GetScene(), m_visibility == Visibility::Visible)) {
+    return false;
+  }
+  return !m_issuesOnly
+         || info.GetItemStatus(instance) != TreeFilterAdditionalInfo::TreeFilterStatusLookup::TFStatusNone;
 }
 
 }  // namespace zelremote

@@ -170,16 +170,17 @@ TEST_F(StructureFilterInfo, LoadFromPreferences_OverwritesWithAStoredFalse)
   EXPECT_FALSE(filter.hideBodies);
 }
 
-TEST_F(StructureFilterInfo, LoadFromPreferences_LeavesWhatIsNotStoredOrOfAnotherType)
+TEST_F(StructureFilterInfo, LoadFromPreferences_LeavesWhatIsNotStored_AndTakesTheDefaultForAnotherType)
 {
   filter.listMode = 1;
+  filter.hideBodies = true;
   filter.useResultsList = true;
-  preferences->SetString("Structure Filter/panel/list_mode", "0");
+  preferences->SetString("Structure Filter/panel/list_mode", "1");
   preferences->SetInt("Structure Filter/panel/hide_bodies", 1);
 
   filter.LoadFromPreferences();
 
-  EXPECT_EQ(filter.listMode, 1);
+  EXPECT_EQ(filter.listMode, 0);
   EXPECT_FALSE(filter.hideBodies);
   EXPECT_TRUE(filter.useResultsList);
 }
