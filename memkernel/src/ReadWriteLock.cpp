@@ -77,4 +77,10 @@ bool ReadWriteLock::IsReadByThisThread() const
   return FindHold(this) != GetHolds().end();
 }
 
+bool ReadWriteLock::IsRead() const
+{
+  const std::lock_guard lock(m_mutex);
+  return m_readers != 0;
+}
+
 }  // namespace memkernel

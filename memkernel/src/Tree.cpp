@@ -60,7 +60,7 @@ du::SmartPtr<Instance> Tree::CreateRoot(const du::SmartPtr<Product>& product, co
   auto root = _MakeInstance(product, name);
   root->_SetFlags(InstanceBaseRoot, true);
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     const std::lock_guard rootLock(m_rootMutex);
     root->_SetFlags(InstanceInTree, true);
     m_root = root;
@@ -109,7 +109,7 @@ bool Tree::Rename(const du::SmartPtr<Instance>& instance, const du::Symbol& name
   const du::SmartPtr<Instance> renamed(instance.Get());
   const du::Symbol before = renamed->GetObjectName();
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     if (!name.IsEmpty()) {
       renamed->_GetOwn().name = du::MakeSmart<TextValue>(name);
     } else if (renamed->m_own) {
@@ -131,7 +131,7 @@ bool Tree::RenameProduct(const du::SmartPtr<Product>& product, const du::Symbol&
     return true;
   }
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     product->m_name = du::MakeSmart<TextValue>(name);
   }
   NotifyDisplayNamesChanged();
@@ -150,7 +150,7 @@ bool Tree::SetProperty(const du::SmartPtr<Instance>& instance, const du::Symbol&
   }
   const du::SmartPtr<Instance> changed(instance.Get());
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     changed->_GetOwn().properties.Set(group, name, value);
   }
   _Tell([changed](zelk::TreeObserver& observer) { observer.OnInstancePropertiesChanged(changed); });
@@ -164,7 +164,7 @@ bool Tree::RemoveProperty(const du::SmartPtr<Instance>& instance, const du::Symb
   }
   const du::SmartPtr<Instance> changed(instance.Get());
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     changed->m_own->properties.Remove(group, name);
   }
   _Tell([changed](zelk::TreeObserver& observer) { observer.OnInstancePropertiesChanged(changed); });
@@ -178,7 +178,7 @@ bool Tree::SetProductProperty(const du::SmartPtr<Product>& product, const du::Sy
       || IsDynamicProperty(group, name, Instance::s_partId)) {
     return false;
   }
-  const WriteGuard guard(m_lock);
+  const WriteGuard guard(_GetLockForEdit());
   product->m_properties.Set(group, name, value);
   return true;
 }
@@ -200,7 +200,7 @@ bool Tree::SetAnchor(const du::SmartPtr<Instance>& instance, const du::SmartPtr<
   if (!_CanEdit(instance.Get())) {
     return false;
   }
-  const WriteGuard guard(m_lock);
+  const WriteGuard guard(_GetLockForEdit());
   instance->_GetOwn().anchor = anchor;
   return true;
 }
@@ -267,7 +267,7 @@ bool Tree::AddViewable(const du::SmartPtr<Instance>& instance, const du::SmartPt
   const auto data = du::MakeSmart<zelk::ViewableData>();
   data->viewable = viewable;
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     changed->_GetOwn().viewables.push_back(data);
   }
   _Tell([changed, data](zelk::TreeObserver& observer) { observer.OnInstanceAddViewable(changed, data); });
@@ -288,7 +288,7 @@ bool Tree::RemoveViewable(const du::SmartPtr<Instance>& instance, const du::Smar
   }
   const du::SmartPtr<zelk::ViewableData> data = *found;
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     viewables.erase(found);
   }
   _Tell([changed, data](zelk::TreeObserver& observer) { observer.OnInstanceRemoveViewable(changed, data); });
@@ -445,7 +445,7 @@ du::SmartPtr<Instance> Tree::_Insert(const du::SmartPtr<Instance>& parent, Insta
   auto instance = _MakeInstance(product, name);
   instance->AddReference(nullptr);
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     parent->_LinkChild(instance.Get(), next);
     m_groups->OnLinked(*parent, *instance);
     instance->_SetFlags(InstanceInTree, true);
@@ -462,7 +462,7 @@ du::SmartPtr<Instance> Tree::_Insert(const du::SmartPtr<Instance>& parent, Insta
 du::SmartPtr<Instance> Tree::_TakeOut(const du::SmartPtr<Instance>& top)
 {
   du::SmartPtr<Instance> parent(top->m_parent);
-  const WriteGuard guard(m_lock);
+  const WriteGuard guard(_GetLockForEdit());
   if (parent) {
     m_groups->OnUnlinking(*parent, *top);
     parent->_UnlinkChild(top.Get());
@@ -474,6 +474,14 @@ du::SmartPtr<Instance> Tree::_TakeOut(const du::SmartPtr<Instance>& top)
   }
   _LeaveTree(*top);
   return parent;
+}
+
+ReadWriteLock& Tree::_GetLockForEdit()
+{
+  if (m_editGate && m_lock.IsRead()) {
+    m_editGate();
+  }
+  return m_lock;
 }
 
 void Tree::_LeaveTree(Instance& top)
@@ -493,7 +501,7 @@ bool Tree::_ChangeFlags(Instance& instance, unsigned int flags, bool on)
 {
   const unsigned int before = instance.m_flags;
   {
-    const WriteGuard guard(m_lock);
+    const WriteGuard guard(_GetLockForEdit());
     instance._SetFlags(flags, on);
   }
   const unsigned int changed = instance.m_flags ^ before;

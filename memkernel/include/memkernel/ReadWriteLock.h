@@ -19,9 +19,11 @@ public:
   void WriteUnlock();
   /// Whether the calling thread holds the read side.
   [[nodiscard]] bool IsReadByThisThread() const;
+  /// Whether any thread holds the read side now.
+  [[nodiscard]] bool IsRead() const;
 
 private:
-  std::mutex m_mutex;
+  mutable std::mutex m_mutex;
   std::condition_variable m_readable;
   std::condition_variable m_writable;
   unsigned int m_readers = 0;

@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "du/SmartPtr.h"
@@ -84,6 +86,11 @@ public:
   /// The first record of that viewable; false if there is none.
   bool RemoveViewable(const du::SmartPtr<Instance>& instance, const du::SmartPtr<zelk::Object>& viewable);
 
+  /// `gate` is called ahead of each edit that would have to wait because another thread reads, as a filter does for the
+  /// whole of its run. Who runs it may cancel it there, so that the edit waits for a moment only, and run it again when
+  /// the edits are in. On the owner's thread; it must not edit the tree. An empty one, the default, lets the edit wait.
+  void SetEditGate(std::function<void()> gate) { m_editGate = std::move(gate); }
+
   /// Tell the observers what changed outside of the tree.
   void NotifyTreeColumnsChanged();
   void NotifyDisplayNamesChanged();
@@ -122,6 +129,7 @@ private:
                                  const du::SmartPtr<Product>& product, const du::Symbol& name);
   /// Unlinks under the lock, and returns the parent that the instance had.
   [[nodiscard]] du::SmartPtr<Instance> _TakeOut(const du::SmartPtr<Instance>& top);
+  [[nodiscard]] ReadWriteLock& _GetLockForEdit();
   /// Under the lock.
   void _LeaveTree(Instance& top);
   /// Under the lock. Answers whether the bits were different.
@@ -135,6 +143,7 @@ private:
 
   const du::SmartPtr<TreeLink> m_link;
   mutable ReadWriteLock m_lock;
+  std::function<void()> m_editGate;
   /// Guards the pointer to the root alone, which is read without the lock of the tree.
   mutable std::mutex m_rootMutex;
   du::SmartPtr<Instance> m_root;
