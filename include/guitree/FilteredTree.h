@@ -82,7 +82,7 @@ public:
   /// The first node whose instance passed the filter; null for none.
   [[nodiscard]] Node* GetFirstFilteredNode() { return firstFilteredNode; }
   /// What the filter has counted; 0 after a run of nothing but the hidden pass.
-  [[nodiscard]] unsigned int GetNumInsts() { return numInsts; }
+  [[nodiscard]] unsigned int GetNumInsts() const { return numInsts; }
   /// The number of nodes of the hidden-filter tree, placeholders included; 0 without one. Counted by the first call.
   [[nodiscard]] unsigned int GetNumHfInsts();
   /// The node of an instance, found along the chain of its parents: the two topmost instances of the chain both stand

@@ -25,11 +25,11 @@ public:
   /// Owner's thread. The filter is duplicated, and the two lists are read at once: the instances that the filter must
   /// spare, ignored if it follows changes (`GetDynamicUpdate`). `addNonFilteredRoot` spares the root in any case. Each
   /// pointer may be null; `event` is not owned and must outlive the run.
-  GenerateFilteredTreeTask(TreeStateBase* state, structure_utils::TreeFilterInfoBase& filter,
-                           du::SmartPtr<TreeSelectionController> selController,
-                           du::SmartPtr<du::RefCounted> additionalInfo, const du::SmartPtr<zelk::BaseTree>& tree,
-                           const std::list<zelk::BaseInstance*>* list1, const std::list<zelk::BaseInstance*>* list2,
-                           bool addNonFilteredRoot, zelk::AsyncEvent* event);
+  GenerateFilteredTreeTask(TreeStateBase* state, structure_utils::TreeFilterInfoBase& filterOfState,
+                           du::SmartPtr<TreeSelectionController> selection, du::SmartPtr<du::RefCounted> additional,
+                           const du::SmartPtr<zelk::BaseTree>& tree, const std::list<zelk::BaseInstance*>* list1,
+                           const std::list<zelk::BaseInstance*>* list2, bool addNonFilteredRoot,
+                           zelk::AsyncEvent* event);
   /// Memberwise. The copy shares the duplicated filter, which each would delete: a task is not to be copied once it has
   /// one, and a constructed task has one.
   GenerateFilteredTreeTask(const GenerateFilteredTreeTask&);

@@ -53,10 +53,13 @@ void SortChildren(std::vector<Child>& children, structure_utils::TreeFilterInfoB
 
 }  // namespace
 
+// The tree and the selection must outlive the build, whoever lets go of them meanwhile: hence the own pointers.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 void FilteredTree::BuildTree(structure_utils::TreeFilterInfoBase& filter, du::SmartPtr<zelk::BaseInstance> rootInstance,
                              du::SmartPtr<TreeSelectionController> selection,
                              du::SmartPtr<du::RefCounted>& additionalInfo,
                              const std::set<zelk::BaseInstance*>& notFiltered, zelk::AsyncEvent* event)
+// NOLINTEND(performance-unnecessary-value-param)
 {
   _DestroyBranch(root);
   _DestroyBranch(hfRoot);
@@ -128,8 +131,9 @@ FilteredTree::Node* FilteredTree::_BuildTree(Node* parent, const du::SmartPtr<ze
   return BranchBuilder<Node*>(*this, info, hiddenPass).Build(parent, source);
 }
 
-void FilteredTree::_GetSortedBaseChildren(du::SmartPtr<zelk::BaseInstance> instance,
-                                          std::vector<du::SmartPtr<zelk::BaseInstance>>& out, BuildTreeInfo& info)
+void FilteredTree::_GetSortedBaseChildren(
+    du::SmartPtr<zelk::BaseInstance> instance,  // NOLINT(performance-unnecessary-value-param): held during the call
+    std::vector<du::SmartPtr<zelk::BaseInstance>>& out, BuildTreeInfo& info)
 {
   instance->GetBaseChildren(out);
   SortChildren(out, info.filter);

@@ -133,6 +133,7 @@ bool TreeController::_IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const
   return std::find(events.begin(), events.end(), event) != events.end();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the event must survive its entry
 void TreeController::_EventComplete(du::SmartPtr<TCAsyncEvent> event, bool /*isPlain*/)
 {
   const du::SmartPtr<GenerateFilteredTreeTask> task = event->task;
