@@ -148,11 +148,9 @@ char32_t TakeCharacter(std::string_view& rest)
     rest.remove_prefix(1);
     return first;
   }
-  std::array<utf8proc_uint8_t, 4> bytes{};
-  const std::size_t available = std::min(rest.size(), bytes.size());
-  std::copy_n(rest.begin(), available, bytes.begin());
   utf8proc_int32_t codePoint = 0;
-  const utf8proc_ssize_t length = utf8proc_iterate(bytes.data(), static_cast<utf8proc_ssize_t>(available), &codePoint);
+  const utf8proc_ssize_t length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(rest.data()),
+                                                   static_cast<utf8proc_ssize_t>(rest.size()), &codePoint);
   if (length <= 0) {
     rest.remove_prefix(1);
     return FoldedText::s_firstInvalidByte + first - s_firstNonAscii;
