@@ -33,8 +33,9 @@ public:
 
   /// Cancels all jobs under way, which leave only by completing, and starts one for the current tree of the `GuiTree`;
   /// without a tree, or a managed object to complete it, there is none, and no word of it. The filter is duplicated.
-  /// `state`, which must not be null, and the host are asked for what the run needs before this returns; what they do
-  /// in the meantime may overtake the job. Constant cost, apart from the lists of the host.
+  /// `state`, which must not be null, and the host are asked for what the run needs before this returns. A request from
+  /// inside one of these questions overtakes this one, which then leaves no result. Constant cost, apart from the lists
+  /// of the host.
   void ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filter, TreeStateBase* state);
 
   /// Whether a job is under way.
@@ -70,7 +71,7 @@ private:
                                                                  TreeStateBase& state,
                                                                  const du::SmartPtr<zelk::BaseTree>& tree,
                                                                  const du::SmartPtr<TCAsyncEvent>& event);
-  void _TellObservers(GenerateFilteredTreeTask& task);
+  void _TellObservers();
 
   /// The panel that this controller belongs to.
   GuiTree* guiTree;
@@ -80,6 +81,10 @@ private:
   du::SmartPtr<FilteredTree> filteredTree;
   /// The tree that `filteredTree` is a result of: branches of it may be opened after everybody else has let go.
   du::SmartPtr<zelk::BaseTree> m_filteredBaseTree;
+  /// The job that ended last, until the observers hear of it.
+  du::SmartPtr<GenerateFilteredTreeTask> m_untold;
+  /// How many jobs have been started.
+  unsigned int m_requests = 0;
   /// Tells those at work for this object whether it still lives; each object has one of its own.
   std::shared_ptr<const int> m_liveness;
 };

@@ -20,6 +20,8 @@ TreeController::TreeController(const TreeController& other)
       observers(other.observers),
       filteredTree(other.filteredTree),
       m_filteredBaseTree(other.m_filteredBaseTree),
+      m_untold(other.m_untold),
+      m_requests(other.m_requests),
       m_liveness(std::make_shared<const int>())
 {
 }
@@ -34,6 +36,8 @@ TreeController& TreeController::operator=(const TreeController& other)
   observers = other.observers;
   filteredTree = other.filteredTree;
   m_filteredBaseTree = other.m_filteredBaseTree;
+  m_untold = other.m_untold;
+  m_requests = other.m_requests;
   return *this;
 }
 
@@ -75,12 +79,18 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
   const auto event = du::MakeSmart<TCAsyncEvent>(this);
   manager->ManageObject(event);
   events.push_back(event);
+  const unsigned int request = ++m_requests;
   _ShowProgress(event);
   if (liveness.expired()) {
     return;
   }
   const auto task = _MakeTask(filter, *state, tree, event);
   if (liveness.expired() || !_IsUnderWay(event)) {
+    return;
+  }
+  if (request != m_requests) {
+    // Its empty result would come after that of the newer job, and take its place.
+    event->Complete();
     return;
   }
   event->task = task;
@@ -140,23 +150,26 @@ void TreeController::_EventComplete(du::SmartPtr<TCAsyncEvent> event, bool /*isP
   if (task) {
     filteredTree = task->GetFilteredTreeResult();
     m_filteredBaseTree = task->GetBaseTree();
+    m_untold = task;
   }
   const auto entry = std::find(events.begin(), events.end(), event);
   if (entry != events.end()) {
     events.erase(entry);
   }
-  if (events.empty() && task) {
-    _TellObservers(*task);
+  // The last one to leave may be an event that never had a job.
+  if (events.empty() && m_untold) {
+    _TellObservers();
   }
 }
 
-void TreeController::_TellObservers(GenerateFilteredTreeTask& task)
+void TreeController::_TellObservers()
 {
   const std::weak_ptr<const int> liveness = m_liveness;
-  const du::SmartPtr<zelk::BaseTree> tree = task.GetBaseTree();
+  const du::SmartPtr<GenerateFilteredTreeTask> task = std::exchange(m_untold, nullptr);
+  const du::SmartPtr<zelk::BaseTree> tree = task->GetBaseTree();
   for (std::size_t next = 0; !liveness.expired() && next < observers.size(); ++next) {
     const du::SmartPtr<FilterObserverBase> observer = observers[next];
-    observer->OnProcessingComplete(tree, task.GetGuiInterface());
+    observer->OnProcessingComplete(tree, task->GetGuiInterface());
   }
 }
 
