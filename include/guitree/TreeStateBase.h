@@ -242,11 +242,12 @@ private:
   [[nodiscard]] bool _DeferSelectionUpdate();
   [[nodiscard]] bool _Refill();
   [[nodiscard]] bool _CanShowRows();
-  void _StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter);
+  void _StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter, unsigned int population);
   [[nodiscard]] bool _RecordRow(zelk::BaseInstance* instance,
                                 const du::SmartPtr<TreeSelectionController>& selController, bool& assocHlight);
-  void _ShowResult(FilteredTree& tree);
-  void _VisitBranches(const std::list<FilteredTree::Node*>& branches);
+  void _ShowResult(FilteredTree& tree, unsigned int population);
+  void _VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population);
+  [[nodiscard]] bool _HasGoneMeanwhile(const zelk::BaseInstance* instance) const;
   void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _CreateRows(const zelk::BaseTree& tree, unsigned int population);
 

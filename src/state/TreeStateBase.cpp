@@ -161,15 +161,23 @@ bool TreeStateBase::_Refill()
     treeNeedsRedraw = true;
     return false;
   }
-  selectionNeedsUpdating = false;
-  assocHlightsNeedsUpdating = false;
-  treeNeedsRedraw = false;
-  if (filter.IsFiltering(false)) {
-    _StartFilteredPopulation(filter);
-    return false;
+  // What a population from inside a call above has deferred, or begun, stays as it is.
+  const bool isOvertaken = m_population != population;
+  if (!isOvertaken) {
+    selectionNeedsUpdating = false;
+    assocHlightsNeedsUpdating = false;
+    treeNeedsRedraw = false;
   }
   // Fetched again: the host was asked a few questions in between.
-  if (const du::SmartPtr<zelk::BaseTree> tree = guiTree.GetBaseTree()) {
+  const du::SmartPtr<zelk::BaseTree> tree = guiTree.GetBaseTree();
+  if (filter.IsFiltering(false)) {
+    // Without a tree there would be no job to end the calculating mark.
+    if (tree && !isOvertaken) {
+      _StartFilteredPopulation(filter, population);
+    }
+    return false;
+  }
+  if (tree) {
     SetBusy(false);
     _CreateRows(*tree, population);
   }
@@ -183,11 +191,12 @@ bool TreeStateBase::_CanShowRows()
   return _Gui().IsTreeVisibleInUI() && _Gui().IsValidView(view);
 }
 
-void TreeStateBase::_StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter)
+void TreeStateBase::_StartFilteredPopulation(structure_utils::TreeFilterInfoBase& filter, unsigned int population)
 {
   SetBusy(true);
-  // Without the properties that it looks at the filter waits, still busy, for the next population.
-  if (!_Gui().CheckPropsLoaded()) {
+  // Without the properties that it looks at the filter waits, still busy, for the next population. A host that loads
+  // them in this call may have come back with one.
+  if (!_Gui().CheckPropsLoaded() || m_population != population) {
     return;
   }
   guiTree.GetTreeController()->ApplyFilterToTree(filter, this);

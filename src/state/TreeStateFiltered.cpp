@@ -1,6 +1,8 @@
 // How the result of a filter becomes rows.
 
-#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
 
 #include "facade/Pin.h"
 #include "facade/TreeUpdateScope.h"
@@ -11,6 +13,39 @@
 #include "guitree/TreeStateBase.h"
 
 namespace guitree {
+namespace {
+
+/// The length of a visit, for the population that it makes rows for. A host may open a branch from inside the visit of
+/// another one, which goes on afterwards: both see what leaves the tree meanwhile.
+class VisitScope {
+public:
+  using Gone = std::optional<std::set<const zelk::BaseInstance*>>;
+
+  VisitScope(unsigned int& visited, unsigned int population, Gone& gone)
+      : m_visited(visited), m_outer(std::exchange(visited, population)), m_gone(gone), m_isOutermost(!gone)
+  {
+    if (m_isOutermost) {
+      m_gone.emplace();
+    }
+  }
+  ~VisitScope()
+  {
+    m_visited = m_outer;
+    if (m_isOutermost) {
+      m_gone.reset();
+    }
+  }
+  VisitScope(const VisitScope&) = delete;
+  VisitScope& operator=(const VisitScope&) = delete;
+
+private:
+  unsigned int& m_visited;
+  const unsigned int m_outer;
+  Gone& m_gone;
+  const bool m_isOutermost;
+};
+
+}  // namespace
 
 void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tree, GuiInterface* gui)
 {
@@ -18,6 +53,7 @@ void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tre
     return;
   }
   const Pins pins(this, &guiTree);
+  const unsigned int population = m_population;
   SetBusy(false);
   if (gui && gui == guiTree.GetGuiInterface()) {
     gui->SetTreeCalculating(false);
@@ -27,34 +63,33 @@ void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tre
   }
   du::SmartPtr<FilteredTree> result;
   GetFilteredTree(result);
-  if (!result) {
+  // A population from inside the call above has taken the rows over.
+  if (!result || m_population != population) {
     return;
   }
   RemoveHiddenNotFilteredItems(result);
-  _ShowResult(*result);
+  _ShowResult(*result, population);
   _Gui().RestoreFirstVisible();
 }
 
-void TreeStateBase::_ShowResult(FilteredTree& tree)
+void TreeStateBase::_ShowResult(FilteredTree& tree, unsigned int population)
 {
   const TreeUpdateScope update(_Gui());
   if (FilteredTree::Node* const root = tree.GetRoot()) {
-    _VisitBranches({root});
+    _VisitBranches({root}, population);
   }
   _Gui().PostProcessingComplete();
   _Gui().UpdateTreeTable();
   _Gui().RestoreExpandedAfterPopulate();
 }
 
-void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branches)
+void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population)
 {
   const du::SmartPtr<TreeSelectionController> selController = GetSelController(true);
-  m_visitedPopulation = m_population;
-  m_goneMeanwhile.emplace();
+  const VisitScope visit(m_visitedPopulation, population, m_goneMeanwhile);
   for (FilteredTree::Node* const branch : branches) {
     _VisitFilteredTreeNode(branch, selController);
   }
-  m_goneMeanwhile.reset();
 }
 
 void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
@@ -67,14 +102,20 @@ void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
     _Gui().FilterNodeCreate(node->parent);
     return;
   }
-  // What leaves the tree meanwhile leaves it with all that is below it.
-  if (m_goneMeanwhile && m_goneMeanwhile->contains(node->instance)) {
+  if (_HasGoneMeanwhile(node->instance)) {
     return;
   }
   _InstanceCreate(node, selController);
-  for (FilteredTree::Node* child = node->firstChild; child; child = child->nextSibling) {
+  // What leaves the tree on the way leaves it with all that is below it.
+  for (FilteredTree::Node* child = node->firstChild; child && !_HasGoneMeanwhile(node->instance);
+       child = child->nextSibling) {
     _VisitFilteredTreeNode(child, selController);
   }
+}
+
+bool TreeStateBase::_HasGoneMeanwhile(const zelk::BaseInstance* instance) const
+{
+  return m_goneMeanwhile && m_goneMeanwhile->contains(instance);
 }
 
 void TreeStateBase::_InstanceCreate(FilteredTree::Node* node,
@@ -138,10 +179,14 @@ bool TreeStateBase::ExpandFilterNode(const std::list<zelk::BaseInstance*>& path)
   if (!node || !IsPlaceholder(node->lastChild)) {
     return false;
   }
+  const unsigned int population = m_population;
   const TreeUpdateScope update(_Gui());
   std::list<FilteredTree::Node*> created;
-  tree->ExpandNode(node->lastChild, &created);
-  _VisitBranches(created);
+  // The host may have opened it by itself from inside the call above.
+  if (IsPlaceholder(node->lastChild)) {
+    tree->ExpandNode(node->lastChild, &created);
+  }
+  _VisitBranches(created, population);
   _Gui().UpdateTreeTable();
   return true;
 }

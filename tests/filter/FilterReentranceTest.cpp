@@ -1,0 +1,254 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+
+#include "JobStage.h"
+
+namespace {
+
+using filtertest::JobStage;
+using filtertest::JobState;
+using testing::IsEmpty;
+
+using Rows = std::set<std::string>;
+
+/// Something that a panel with a filter does.
+struct Operation {
+  const char* name;
+  std::function<void(JobStage&)> prepare;
+  std::function<void(JobStage&)> run;
+  /// The rows at the end, if nobody interferes.
+  Rows rows;
+};
+
+void PrintTo(const Operation& operation, std::ostream* out)
+{
+  *out << operation.name;
+}
+
+void Populate(JobStage& stage)
+{
+  stage.state->PopulateTree(false);
+}
+
+void ExpandRoot(JobStage& stage)
+{
+  stage.state->ExpandFilterNode({stage.kernel["root"].Get()});
+}
+
+void ShowCancelledJob(JobStage& stage)
+{
+  stage.state->filter.onAsked = [&](auto&&...) { stage.host.events.at(0)->Cancel(); };
+  Populate(stage);
+  stage.Finish();
+  stage.state->filter.onAsked = nullptr;
+}
+
+/// What is left after all calls in order: rows are what was made since the host was cleared last.
+struct Outcome {
+  Rows rows;
+  bool isCalculating = false;
+  int openBrackets = 0;
+};
+
+Outcome PlayBack(const std::vector<std::string>& calls)
+{
+  Outcome outcome;
+  for (const std::string& call : calls) {
+    if (call == "ClearTree()" || call == "Reset()") {
+      outcome.rows.clear();
+    } else if (call.starts_with("InstanceCreate(")) {
+      const std::size_t begin = call.find("node ") == std::string::npos ? 15 : 20;
+      outcome.rows.insert(call.substr(begin, call.find(',') - begin));
+    } else if (call.starts_with("InstanceRemove(")) {
+      outcome.rows.erase(call.substr(15, call.find(',') - 15));
+    } else if (call.starts_with("SetTreeCalculating")) {
+      outcome.isCalculating = call == "SetTreeCalculating(true)";
+    } else if (call == "StartTreeUpdate()") {
+      ++outcome.openBrackets;
+    } else if (call == "FinishTreeUpdate()") {
+      --outcome.openBrackets;
+    }
+  }
+  return outcome;
+}
+
+class FilterReentrance : public testing::TestWithParam<Operation> {
+protected:
+  using Interference = std::function<void(JobStage&)>;
+  using Check = std::function<void(JobStage&, const Outcome&)>;
+
+  /// Runs the operation to the end of all jobs, once for each call that the host gets in it. From inside that call the
+  /// host interferes.
+  static void InterfereAtEachCall(const Interference& interfere, const Check& check)
+  {
+    const std::size_t count = Play(
+        -1, [](JobStage&) {}, [](JobStage&, const Outcome& outcome) { EXPECT_EQ(outcome.rows, GetParam().rows); });
+    ASSERT_GT(count, 5U);
+    for (std::size_t k = 0; k < count; ++k) {
+      Play(static_cast<int>(k), interfere, check);
+    }
+  }
+
+private:
+  /// Returns how many calls there were.
+  static std::size_t Play(int k, const Interference& interfere, const Check& check)
+  {
+    JobStage stage;
+    stage.LetThrough({"b"});
+    GetParam().prepare(stage);
+    const auto liveness = stage.gui->GetLiveness();
+    const du::SmartPtr<JobState> state = stage.state;
+    std::string interrupted;
+    bool wasCalledAfterTheEnd = false;
+    int count = 0;
+    stage.host.onCall = [&](const std::string& call) {
+      wasCalledAfterTheEnd |= *liveness == nullptr;
+      if (count++ == k) {
+        interrupted = call;
+        interfere(stage);
+      }
+    };
+
+    GetParam().run(stage);
+    stage.Finish();
+
+    SCOPED_TRACE(std::to_string(k) + ": " + interrupted);
+    const Outcome outcome = PlayBack(stage.host.Calls());
+    EXPECT_FALSE(wasCalledAfterTheEnd);
+    EXPECT_EQ(outcome.openBrackets, 0);
+    EXPECT_FALSE(outcome.isCalculating && *liveness);
+    // A panel that was hidden waits for its next population.
+    EXPECT_FALSE(state->IsBusy() && *liveness && !state->GetTreeNeedsRedraw());
+    EXPECT_FALSE(*liveness && stage.GetController().IsBusy());
+    check(stage, outcome);
+    return static_cast<std::size_t>(count);
+  }
+};
+
+TEST_P(FilterReentrance, AHostMayClose_WhichChangesNothing)
+{
+  InterfereAtEachCall([](JobStage& stage) { stage.gui->Close(); },
+                      [](JobStage&, const Outcome& outcome) { EXPECT_EQ(outcome.rows, GetParam().rows); });
+}
+
+TEST_P(FilterReentrance, AHostMayDropPanelAndState)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        stage.gui.Reset();
+        stage.state.Reset();
+      },
+      [](JobStage& stage, const Outcome&) { EXPECT_EQ(stage.gui, nullptr); });
+}
+
+TEST_P(FilterReentrance, AHostMayResetThePanel_WhichIsEmptyAfterwardsButForABranchUnderWay)
+{
+  InterfereAtEachCall([](JobStage& stage) { stage.gui->Reset(); },
+                      [](JobStage& stage, const Outcome& outcome) {
+                        EXPECT_THAT(outcome.rows, IsEmpty());
+                        EXPECT_THAT(stage.state->GetNotFilteredSet(), IsEmpty());
+                      });
+}
+
+TEST_P(FilterReentrance, AHostMayTypeAnotherFilter_WhoseRowsAreAllThereIs)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        stage.LetThrough({"d"});
+        stage.state->PopulateTree(false);
+      },
+      [](JobStage& stage, const Outcome& outcome) {
+        EXPECT_EQ(outcome.rows, Rows({"root", "d"}));
+        EXPECT_EQ(stage.state->GetNotFilteredSet().size(), 2U);
+      });
+}
+
+TEST_P(FilterReentrance, AHostMayTurnTheFilterOff_ThePlainRowsAreThere)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        stage.state->filter.isFiltering = false;
+        stage.state->PopulateTree(false);
+      },
+      [](JobStage&, const Outcome& outcome) {
+        EXPECT_EQ(outcome.rows, Rows({"root", "a", "b", "c", "d"}));
+      });
+}
+
+TEST_P(FilterReentrance, AHostMayHideThePanelAndShowItAgainLater)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        stage.host.answers.isTreeVisibleInUI = false;
+        stage.state->MadeVisible(false);
+        stage.state->PopulateTree(false);
+      },
+      [](JobStage& stage, const Outcome&) {
+        stage.host.onCall = nullptr;
+        stage.host.answers.isTreeVisibleInUI = true;
+        stage.state->MadeVisible(true);
+        stage.Finish();
+        EXPECT_EQ(PlayBack(stage.host.Calls()).rows, Rows({"root", "a", "b"}));
+      });
+}
+
+TEST_P(FilterReentrance, AHostMayPutAnotherStateInPlace)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        const auto other = du::MakeSmart<JobState>(*stage.gui);
+        stage.gui->SetTreeState(other);
+        stage.state = other;
+        other->PopulateTree(false);
+      },
+      [](JobStage& stage, const Outcome&) { EXPECT_EQ(stage.state->GetNotFilteredSet().size(), 5U); });
+}
+
+TEST_P(FilterReentrance, AHostMayEditTheTree_WhatHasGoneGetsNoRowAnyMore)
+{
+  std::size_t madeBefore = 0;
+  bool isInsideARow = false;
+  InterfereAtEachCall(
+      [&](JobStage& stage) {
+        const du::SmartPtr<zelk::BaseInstance> a = stage.kernel["a"];
+        isInsideARow = stage.host.Calls().back().starts_with("InstanceCreate(");
+        stage.kernel.Get()->Remove(stage.kernel["a"]);
+        stage.state->InstanceRemove(a, stage.kernel["root"], false);
+        madeBefore = stage.host.Calls().size();
+      },
+      [&](JobStage& stage, const Outcome&) {
+        const auto& calls = stage.host.Calls();
+        const Outcome after = PlayBack({calls.begin() + static_cast<std::ptrdiff_t>(madeBefore), calls.end()});
+        // What has gone before the rows are made may have stale ones.
+        if (isInsideARow) {
+          EXPECT_FALSE(after.rows.contains("a"));
+          EXPECT_FALSE(after.rows.contains("b"));
+          EXPECT_FALSE(after.rows.contains("c"));
+        }
+      });
+}
+
+TEST_P(FilterReentrance, AHostMayOpenTheBranchThatIsBeingShown)
+{
+  InterfereAtEachCall([](JobStage& stage) { ExpandRoot(stage); },
+                      [](JobStage&, const Outcome& outcome) { EXPECT_EQ(outcome.rows, GetParam().rows); });
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAnyKind, FilterReentrance,
+                         testing::Values(Operation{"Populate", [](JobStage&) {}, Populate, {"root", "a", "b"}},
+                                         Operation{"PopulateDuringAJob", Populate, Populate, {"root", "a", "b"}},
+                                         Operation{"PopulateAgain",
+                                                   [](JobStage& stage) {
+                                                     Populate(stage);
+                                                     stage.Finish();
+                                                   },
+                                                   Populate,
+                                                   {"root", "a", "b"}},
+                                         Operation{
+                                             "Expand", ShowCancelledJob, ExpandRoot, {"root", "a", "b", "c", "d"}}),
+                         [](const auto& operation) { return operation.param.name; });
+
+}  // namespace
