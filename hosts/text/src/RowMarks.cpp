@@ -99,6 +99,7 @@ std::string_view GetLegend()
 [_]  hidden, a thumbnail
 [?]  in a state that is not known
 *    has the icon of what is loaded
+…    rows that are left out and can be opened; [+…] behind a name tells the same
 
 [no shape], [body], [shape failed] and the like behind a name tell the icon of the row; the plain
 one is not told. [not loaded] is a file that was not opened, [failed: FILE] one that could not be.

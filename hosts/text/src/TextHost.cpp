@@ -3,6 +3,8 @@
 #include <vector>
 
 #include "TreePrinter.h"
+#include "guitree/GuiTree.h"
+#include "guitree/TreeStateBase.h"
 
 namespace texthost {
 
@@ -71,6 +73,33 @@ std::list<zelk::BaseInstance*> TextHost::GetPath(const zelk::BaseInstance& insta
   return path;
 }
 
+bool TextHost::Expand(const zelk::BaseInstance& instance)
+{
+  guitree::TreeStateBase* const state = m_panel ? m_panel->GetTreeState() : nullptr;
+  if (!state || !HasPlaceholder(instance) || !state->ExpandFilterNode(GetPath(instance))) {
+    return false;
+  }
+  // Where nothing was left out no row has come, which would have taken the placeholder along.
+  if (Row* row = _FindRow(&instance)) {
+    row->hasPlaceholder = false;
+  }
+  return true;
+}
+
+const FilterProgress* TextHost::GetFilterProgress() const noexcept
+{
+  return m_progress && !m_progress->IsFinished() ? m_progress.Get() : nullptr;
+}
+
+bool TextHost::CancelFilter()
+{
+  if (!GetFilterProgress()) {
+    return false;
+  }
+  m_progress->Cancel();
+  return true;
+}
+
 void TextHost::StartTreeUpdate()
 {
   ++m_depth;
@@ -135,6 +164,31 @@ void TextHost::FilterNodeCreate(guitree::FilteredTree::Node* node)
   if (Row* row = _FindRow(node ? node->instance : nullptr)) {
     row->hasPlaceholder = true;
   }
+}
+
+du::SmartPtr<zelk::ProgressCtrl> TextHost::CreateFilterProgressCtrl(const du::SmartPtr<zelk::AsyncEvent>& event)
+{
+  m_progress = du::MakeSmart<FilterProgress>(event);
+  return m_progress;
+}
+
+void TextHost::SetTreeCalculating(bool calculating)
+{
+  m_isCalculating = calculating;
+}
+
+// A cancelled job has a result like any other, which alone does not tell.
+void TextHost::PostProcessingComplete()
+{
+  const bool isCancelled = m_progress && m_progress->IsCancelled();
+  m_note = isCancelled ? Note::Cancelled : _HasEmptyResult() ? Note::NoMatch : Note::None;
+  m_progress.Reset();
+}
+
+bool TextHost::_HasEmptyResult() const
+{
+  const auto result = m_panel ? m_panel->GetFilteredTree() : nullptr;
+  return result && result->IsFilteredTreeEmpty();
 }
 
 TextHost::Row* TextHost::_FindRow(const zelk::BaseInstance* instance)
@@ -256,6 +310,7 @@ void TextHost::_Clear()
   m_selected.clear();
   m_highlighted.clear();
   m_showsScene = false;
+  m_note = Note::None;
 }
 
 }  // namespace texthost

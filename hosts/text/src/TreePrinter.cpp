@@ -58,6 +58,7 @@ void TreePrinter::Print()
     }
     row = _GoOn(*row);
   }
+  _PrintNote();
 }
 
 const TextHost::Row* TreePrinter::_GoOn(const TextHost::Row& from)
@@ -106,6 +107,24 @@ void TreePrinter::_PrintPlaceholder()
   _PrintBlankMarks();
   _PrintIndent(true);
   m_out << m_signs.placeholder << '\n';
+}
+
+void TreePrinter::_PrintNote()
+{
+  if (m_host.m_isCalculating) {
+    m_out << "(the filter is at work)\n";
+    return;
+  }
+  switch (m_host.m_note) {
+    case TextHost::Note::NoMatch:
+      m_out << "(no match)\n";
+      break;
+    case TextHost::Note::Cancelled:
+      m_out << "(the filter was cancelled)\n";
+      break;
+    case TextHost::Note::None:
+      break;
+  }
 }
 
 void TreePrinter::_PrintMarks(const TextHost::Row& row)

@@ -29,6 +29,8 @@ private:
   [[nodiscard]] const TextHost::Row* _GoOn(const TextHost::Row& from);
   void _PrintRow(const TextHost::Row& row);
   void _PrintPlaceholder();
+  /// The line about a filter, if there is anything to say.
+  void _PrintNote();
   void _PrintMarks(const TextHost::Row& row);
   void _PrintBlankMarks();
   void _PrintIndent(bool isLast);

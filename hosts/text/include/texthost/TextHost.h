@@ -13,6 +13,7 @@
 
 #include "du/Symbol.h"
 #include "guitree/GuiInterface.h"
+#include "texthost/FilterProgress.h"
 
 namespace guitree {
 class GuiTree;
@@ -62,6 +63,9 @@ struct RowText {
 ///      ~[ ]* ├─ bolt:2 [shape failed]
 ///       [ ]  └─ seal [no shape]
 ///
+/// Of a filter it shows what the calls tell: the rows of the result, `…` below a row that can be opened, and a last
+/// line where there is more to say: that the filter is at work, that it was cancelled, or that nothing has matched.
+///
 /// Rows hold their instances: an instance lives at least as long as its row. Owner's thread. A call costs the same
 /// however many rows there are, apart from the removal of a row, which costs those below it, calls that tell of
 /// several rows, which cost these, and calls that tell of all; a row that comes by itself, and not by a refill, also
@@ -80,10 +84,12 @@ public:
   /// The panel that this host is for; not owned, null for none. It is asked for what no call brings: how a row looks
   /// that comes while a scene is shown, which rows stand for what is selected, and what is selected when the selection
   /// is to be read again. Without it a new row reads as hidden, and has no icon until a call tells one; selected
-  /// instances stand for themselves, and the selection is never read again.
+  /// instances stand for themselves, the selection is never read again, and nobody tells that a filter has left
+  /// nothing.
   void SetPanel(guitree::GuiTree* panel) noexcept { m_panel = panel; }
 
-  /// One line a row, parents first, each ended by `\n`; nothing without rows. Levels from `s_maxIndent` on are not
+  /// One line a row, parents first, each ended by `\n`; nothing without rows, apart from the line about a filter: `(no
+  /// match)` and the like. Levels from `s_maxIndent` on are not
   /// indented any further and tell their number instead, so that the text grows with the rows and not with their depth.
   void Print(std::ostream& out, const PrintStyle& style = {}) const;
   /// Null before `GuiTree::Initialise`.
@@ -95,6 +101,14 @@ public:
   [[nodiscard]] bool HasPlaceholder(const zelk::BaseInstance& instance) const;
   /// The way to the row from the top, what opening its placeholder asks for; empty without such a row.
   [[nodiscard]] std::list<zelk::BaseInstance*> GetPath(const zelk::BaseInstance& instance) const;
+
+  /// Opens the placeholder of the row, through the panel. False without a panel, such a row or a placeholder, and while
+  /// a filter is at work.
+  bool Expand(const zelk::BaseInstance& instance);
+  /// The filter job that was begun last, while it is at work; null otherwise.
+  [[nodiscard]] const FilterProgress* GetFilterProgress() const noexcept;
+  /// Asks that job to end; it shows the topmost row alone then, with a placeholder. False without one.
+  bool CancelFilter();
 
   static constexpr std::size_t s_maxIndent = 64;
 
@@ -125,9 +139,15 @@ public:
   void InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance, const du::SmartPtr<zelk::BaseInstance>& parent,
                       bool repopulatePending) override;
   void FilterNodeCreate(guitree::FilteredTree::Node* node) override;
+  du::SmartPtr<zelk::ProgressCtrl> CreateFilterProgressCtrl(const du::SmartPtr<zelk::AsyncEvent>& event) override;
+  void SetTreeCalculating(bool calculating) override;
+  void PostProcessingComplete() override;
 
 private:
   friend class TreePrinter;
+
+  /// What there is to say about the rows as a whole.
+  enum class Note : unsigned char { None, NoMatch, Cancelled };
 
   struct Row {
     du::SmartPtr<zelk::BaseInstance> instance;
@@ -150,6 +170,8 @@ private:
   };
 
   [[nodiscard]] Row* _FindRow(const zelk::BaseInstance* instance);
+  /// Whether the panel has a result, and that holds nothing that the filter has let through.
+  [[nodiscard]] bool _HasEmptyResult() const;
   [[nodiscard]] Row& _FindRowAbove(const du::SmartPtr<zelk::BaseInstance>& parent);
   [[nodiscard]] Row& _FindRowAbove(const guitree::FilteredTree::Node& node);
   [[nodiscard]] Row* _FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent);
@@ -184,6 +206,10 @@ private:
   bool m_showsScene = false;
   /// A refill is under way: rows come in order.
   bool m_isFilling = false;
+  bool m_isCalculating = false;
+  Note m_note = Note::None;
+  /// Of the job that was begun last; null once its result is there.
+  du::SmartPtr<FilterProgress> m_progress;
   int m_depth = 0;
 };
 
