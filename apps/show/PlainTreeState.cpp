@@ -1,5 +1,6 @@
 #include "PlainTreeState.h"
 
+#include "guitree/GuiTree.h"
 #include "zelk/Instance.h"
 #include "zelk/ShapeScene.h"
 
@@ -54,26 +55,68 @@ int GetShapeIcon(const zelk::Instance& instance, const du::SmartPtr<zelk::Scene>
   return instance.IsBodyTypeInstance() ? s_iconBody : s_iconPlain;
 }
 
+int GetIcon(const zelk::Instance& instance, const du::SmartPtr<zelk::Scene>& scene)
+{
+  if (IsAnyProxy(instance)) {
+    return GetProxyIcon(instance, scene);
+  }
+  if (instance.HasShapeSource()) {
+    return GetShapeIcon(instance, scene);
+  }
+  return instance.HasThumbnailSource() || instance.IsPlainIconInstance() ? s_iconPlain : s_iconNoSource;
+}
+
 }  // namespace
 
 PlainTreeState::PlainTreeState(guitree::GuiTree& tree) : WorldTreeState(tree), m_filter("Plain") {}
 
+// A filter that is still at work must not ask any more.
+PlainTreeState::~PlainTreeState()
+{
+  if (m_additionalInfo) {
+    m_additionalInfo->DetachStatusLookup();
+  }
+}
+
 int PlainTreeState::GetUnloadedTypeIcon(const zelk::BaseInstance* instance, const du::SmartPtr<zelk::Scene>& scene)
 {
   const auto* part = dynamic_cast<const zelk::Instance*>(instance);
-  if (!part) {
-    return s_iconPlain;
-  }
-  if (IsAnyProxy(*part)) {
-    return GetProxyIcon(*part, scene);
-  }
-  if (part->HasShapeSource()) {
-    return GetShapeIcon(*part, scene);
-  }
-  return part->HasThumbnailSource() || part->IsPlainIconInstance() ? s_iconPlain : s_iconNoSource;
+  return part ? GetIcon(*part, scene) : s_iconPlain;
 }
 
 structure_utils::TreeFilterInfoBase& PlainTreeState::GetFilter(const du::SmartPtr<zelk::View>& /*view*/)
 {
   return m_filter;
+}
+
+du::SmartPtr<du::RefCounted> PlainTreeState::GetAdditionalFilterInfo() const
+{
+  const du::SmartPtr<zelk::ShapeScene> scene = _HasGuiTree() ? GetGuiTree().GetCurShapeScene() : nullptr;
+  if (m_additionalInfo && m_additionalInfo->GetScene() == scene) {
+    return m_additionalInfo;
+  }
+  // Filters of another scene have been overtaken by the one that asks now.
+  if (m_additionalInfo) {
+    m_additionalInfo->DetachStatusLookup();
+  }
+  m_additionalInfo =
+      du::MakeSmart<AdditionalInfo>(scene, du::SmartPtr<structure_utils::TreeResultsList>(), &m_statusLookup);
+  return m_additionalInfo;
+}
+
+PlainTreeState::StatusLookup::TFStatus PlainTreeState::StatusLookup::TreeFilterGetItemStatus(
+    const du::ConstSmartPtr<zelk::Instance>& instance, const du::SmartPtr<zelk::Scene>& scene)
+{
+  switch (GetIcon(*instance, scene)) {
+    case s_iconShapeFailed:
+      return TFStatusShapeFailed;
+    case s_iconBodyFailed:
+      return TFStatusBodyFailed;
+    case s_iconProxyShapeFailed:
+      return TFStatusProxyShapeFailed;
+    case s_iconProxyExpandFailed:
+      return TFStatusProxyExpandFailed;
+    default:
+      return TFStatusNone;
+  }
 }

@@ -1,11 +1,15 @@
 // Shows a small assembly through the hosts of the guide, and checks the calls that they get.
 
 #include <iostream>
+#include <list>
+#include <string>
 
+#include "FilteringHost.h"
 #include "OutlineHost.h"
 #include "PlainTreeState.h"
 #include "SmallestHost.h"
 #include "guitree/GuiTree.h"
+#include "guitree/TreeController.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
 
@@ -47,6 +51,57 @@ bool ShowAndCheck(const du::SmartPtr<memkernel::World>& world, guitree::GuiInter
 }
 // end check
 
+// begin filter
+void Filter(const memkernel::World& world, const guitree::GuiTree& gui, PlainTreeState& state, const std::string& text)
+{
+  state.GetStructureFilter().SetText(text);
+  state.PopulateTree(false);
+  // An application just goes on: its event loop is the owner's.
+  world.GetLoop().RunUntil([&gui] { return !gui.GetTreeController()->IsBusy(); });
+}
+// end filter
+
+// begin gate
+void RenameWhileFiltering(const memkernel::World& world, FilteringHost& host, PlainTreeState& state)
+{
+  memkernel::Tree& tree = world.GetMemTree();
+  bool isFilterDue = false;
+  tree.SetEditGate([&] { isFilterDue = host.CancelFilter(); });
+  state.PopulateTree(false);
+  tree.Rename(tree.GetRootInstance(), "bolted bracket");
+  if (isFilterDue) {
+    state.PopulateTree(true);
+  }
+  tree.SetEditGate({});
+}
+// end gate
+
+// begin open
+// The path leads from the topmost row to the one that the user opens.
+bool Open(const FilteringHost& host, PlainTreeState& state, const std::list<zelk::BaseInstance*>& path)
+{
+  return host.CanOpen(path.back()) && state.ExpandFilterNode(path);
+}
+// end open
+
+// Answers whether a result that nobody has cancelled has nothing to open.
+bool ShowFiltered(const du::SmartPtr<memkernel::World>& world)
+{
+  FilteringHost host;
+  const auto gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
+  const auto state = du::MakeSmart<PlainTreeState>(*gui);
+  gui->SetGuiInterface(&host);
+  gui->SetTreeState(state);
+  state->GetStructureFilter().SetText("other");
+  gui->Initialise(world);
+  Filter(*world, *gui, *state, "bolt");
+  RenameWhileFiltering(*world, host, *state);
+  Filter(*world, *gui, *state, "bolted");
+  const bool isFilled = !Open(host, *state, {world->GetMemTree().GetRootInstance().Get()});
+  gui->Close();
+  return isFilled;
+}
+
 }  // namespace
 
 int main()
@@ -57,7 +112,7 @@ int main()
 
   SmallestHost smallest;
   OutlineHost outline;
-  const bool isFine = ShowAndCheck(world, smallest) && ShowAndCheck(world, outline);
+  const bool isFine = ShowAndCheck(world, smallest) && ShowAndCheck(world, outline) && ShowFiltered(world);
 
   world->Shutdown();
   return isFine ? 0 : 1;
