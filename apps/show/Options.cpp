@@ -35,6 +35,13 @@ external files that are missing are warnings: they read as [failed].
 
 )";
 
+constexpr std::string_view s_aboutFilters =
+    R"(A filter shows what meets all its options, with everything above it. The words of --filter have to
+be found in the name, in any order: nut finds Donut. A word with * (anything) or ? (one character)
+is the whole name: nut*. "Quotes" keep blanks and * as they are. Case is that of any language.
+Where nothing is found the last line is (no match). Columns of --column and --sort:
+)";
+
 constexpr std::string_view s_aboutScripts =
     R"(With --script each line of a script is one command, and the panel is printed after each, or with
 --trace the calls that it made:
@@ -55,7 +62,7 @@ constexpr std::string_view s_aboutExit =
   1    a file or a line of the script could not be read or played, the output could not be written,
        or --check found a violation
   2    the command line is wrong
-  130  reading was interrupted with Ctrl-C; nothing was printed to stdout)";
+  130  Ctrl-C has ended the reading or a filter; of a panel under way nothing was printed to stdout)";
 
 void AppendLine(std::string& text, std::string usage, std::string_view summary)
 {
@@ -67,7 +74,8 @@ void AppendLine(std::string& text, std::string usage, std::string_view summary)
 std::string MakeFooter()
 {
   std::string text(s_aboutRows);
-  text.append(texthost::GetLegend()).append(s_aboutLines).append(s_aboutScripts);
+  text.append(texthost::GetLegend()).append(s_aboutLines);
+  text.append(s_aboutFilters).append("  ").append(ListColumns()).append("\n\n").append(s_aboutScripts);
   for (const script::Form& form : script::GetForms()) {
     AppendLine(text, script::GetUsage(form), form.summary);
   }
@@ -90,6 +98,22 @@ struct Choices {
   bool unicode = false;
 };
 
+void DeclareFilter(CLI::App& app, FilterSettings& filter)
+{
+  constexpr const char* group = "Filter";
+  app.add_option("--filter", filter.text, "Show only what has this text in its name")->type_name("TEXT")->group(group);
+  app.add_option("--column", filter.columns, "Look for the text in this column instead; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->group(group);
+  for (const FilterFlag& flag : GetFilterFlags()) {
+    if (flag.isOn == &FilterSettings::descending) {
+      app.add_option("--sort", filter.sort, "Sort what is shown by this column")->type_name("COLUMN")->group(group);
+    }
+    app.add_flag(std::string(flag.name), filter.*(flag.isOn), std::string(flag.summary))->group(group);
+  }
+}
+
 void Declare(CLI::App& app, Options& options, Choices& choices)
 {
   app.set_version_flag("--version", std::string("guitree-show ") + GUITREE_VERSION);
@@ -104,12 +128,16 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
   app.add_flag("--check", options.check, "Check these calls; violations go to stderr and make the exit code 1");
   app.add_option("--script", options.script, "Play the commands of a file, or of the standard input for -")
       ->type_name("FILE");
+  DeclareFilter(app, options.filter);
   app.add_flag("--verbose", options.verbose, "Tell on stderr how much was read");
   app.footer(MakeFooter());
   app.get_formatter()->label("REQUIRED", "");
-  app.callback([&choices] {
+  app.callback([&choices, &options] {
     if (choices.ascii && choices.unicode) {
       throw CLI::ValidationError("--ascii and --unicode contradict each other");
+    }
+    if (const std::string fault = FindFault(options.filter); !fault.empty()) {
+      throw CLI::ValidationError(fault);
     }
   });
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "FilterSettings.h"
 #include "texthost/TextHost.h"
 
 /// What the command line asks for.
@@ -12,6 +13,8 @@ struct Options {
   /// The script to play; `-` for the standard input.
   std::optional<std::filesystem::path> script;
   texthost::PrintStyle style;
+  /// Without a fault.
+  FilterSettings filter;
   bool trace = false;
   bool check = false;
   bool verbose = false;

@@ -5,35 +5,56 @@
 #include <memory>
 #include <string>
 
+#include "FilterHold.h"
 #include "Options.h"
 #include "PanelHost.h"
+#include "PlainTreeState.h"
 #include "guitree/GuiTree.h"
 #include "hostcheck/CallTracer.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
+#include "script/PanelControl.h"
 #include "script/Stage.h"
 
-/// One structure panel over a world and a stage, filled when it is made: a text host, and before it what the options
-/// ask for. Follows the stage while it lives. Ends before both.
-class Panel {
+/// One structure panel over a world and a stage, filled when it is made, or once the filter that the options ask for
+/// has come to its end: a text host, and before it what the options ask for. Follows the stage while it lives, and has
+/// the filter give way to edits of the tree. Ends before world and stage.
+class Panel final : public script::PanelControl {
 public:
   Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options);
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
   ~Panel();
 
+  /// Goes on with what is due on the owner's thread until no filter is at work any more, or until one is held; what
+  /// takes longer shows how far it is where stderr is a terminal. Ctrl-C cancels the filter, and the answer is false.
+  [[nodiscard]] bool Settle();
+  /// Filters once more where an edit has ended a filter at work. To be called when the edits of a batch are all in.
+  void CatchUp();
+  [[nodiscard]] bool IsFiltering() const;
+
   void Print(std::ostream& out) const;
   /// With `--trace` the calls since the last time, one a line; empty without.
   [[nodiscard]] std::string TakeTrace();
   [[nodiscard]] std::size_t GetRowCount() const { return m_host.GetRowCount(); }
   /// The panel starts in sight.
-  void SetInSight(bool isInSight);
+  void SetInSight(bool isInSight) override;
+  void SetFilter(const FilterSettings& settings) override;
+  [[nodiscard]] const FilterSettings& GetFilter() const override { return m_filter; }
+  void HoldFilters(bool on) override { m_hold.SetOn(on); }
+  bool CancelFilter() override;
+  bool Expand(const zelk::BaseInstance& instance) override { return m_host.Expand(instance); }
   /// To be called while nothing is under way. Names each new violation on stderr; true without any.
   [[nodiscard]] bool Check();
 
 private:
+  class State;
+
+  void _GiveWayToEdit();
+  void _Populate(bool keepExpanded);
   [[nodiscard]] std::string _NameForTrace(const zelk::Object& object) const;
 
+  const du::SmartPtr<memkernel::World> m_world;
   const script::Stage& m_stage;
   const texthost::PrintStyle m_style;
   std::string m_trace;
@@ -41,5 +62,10 @@ private:
   std::unique_ptr<hostcheck::CallTracer> m_tracer;
   std::unique_ptr<hostcheck::ProtocolChecker> m_checker;
   std::size_t m_reported = 0;
+  FilterSettings m_filter;
+  FilterHold m_hold;
+  /// An edit has ended a filter, and no other has begun since.
+  bool m_isFilterDue = false;
   du::SmartPtr<guitree::GuiTree> m_gui;
+  du::SmartPtr<PlainTreeState> m_state;
 };

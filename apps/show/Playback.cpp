@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Interrupt.h"
 #include "Output.h"
 #include "script/ScriptError.h"
 #include "script/ScriptParser.h"
@@ -29,22 +30,19 @@ void Report(const ScriptSource& source, std::size_t line, const std::string& cau
 
 Playback::Playback(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, Panel& panel,
                    const Options& options)
-    : m_world(world),
-      m_panel(panel),
-      m_showsTrace(options.trace),
-      m_player(world, stage, [&panel](bool isInSight) { panel.SetInSight(isInSight); })
+    : m_panel(panel), m_showsTrace(options.trace), m_player(world, stage, panel)
 {
 }
 
 ExitCode Playback::Play(ScriptSource& source)
 {
-  if (!_WriteStart()) {
-    return ExitFailure;
+  if (const ExitCode code = _WriteStart(); code != ExitOk) {
+    return code;
   }
   while (const std::optional<std::string> line = source.ReadLine()) {
     try {
-      if (!_PlayLine(*line, source.GetLineNumber())) {
-        return ExitFailure;
+      if (const ExitCode code = _PlayLine(*line, source.GetLineNumber()); code != ExitOk) {
+        return code;
       }
     } catch (const script::ScriptError& error) {
       // What was done of a line that could not be played to its end.
@@ -56,31 +54,49 @@ ExitCode Playback::Play(ScriptSource& source)
   return _End(source);
 }
 
-bool Playback::_WriteStart()
+// Between two filters Ctrl-C ends the process as ever.
+bool Playback::_Settle()
 {
-  m_isFine = m_panel.Check();
-  m_lastPanel = m_showsTrace ? "" : _PrintPanel();
-  return WriteOut(m_showsTrace ? m_panel.TakeTrace() : m_lastPanel);
+  if (!m_panel.IsFiltering()) {
+    return m_panel.Settle();
+  }
+  const InterruptScope interrupt;
+  return m_panel.Settle();
 }
 
-bool Playback::_PlayLine(const std::string& line, std::size_t number)
+ExitCode Playback::_WriteStart()
+{
+  if (!_Settle()) {
+    return ExitInterrupted;
+  }
+  m_isFine = m_panel.Check();
+  m_lastPanel = m_showsTrace ? "" : _PrintPanel();
+  return WriteOut(m_showsTrace ? m_panel.TakeTrace() : m_lastPanel) ? ExitOk : ExitFailure;
+}
+
+ExitCode Playback::_PlayLine(const std::string& line, std::size_t number)
 {
   const std::optional<script::Command> command = script::ParseLine(line);
   if (!command) {
-    return true;
+    return ExitOk;
   }
   const bool isInside = m_player.IsInBatch() && command->verb != script::Verb::EndBatch;
   if (!WriteOut((isInside ? ">   " : "\n> ") + texthost::MakePrintable(Trim(line)) + '\n')) {
-    return false;
+    return ExitFailure;
   }
   m_player.Play(*command);
-  m_world->GetLoop().RunDue();
+  if (!m_player.IsInBatch()) {
+    m_panel.CatchUp();
+  }
+  if (!_Settle()) {
+    return ExitInterrupted;
+  }
   if (!m_player.IsInBatch()) {
     m_isFine = m_panel.Check() && m_isFine;
   } else if (!isInside) {
     m_batchLine = number;
   }
-  return WriteOut(_DescribeOutcome(*command));
+  return WriteOut(_DescribeOutcome(*command)) ? ExitOk : ExitFailure;
 }
 
 std::string Playback::_DescribeOutcome(const script::Command& command)

@@ -21,13 +21,14 @@ public:
   [[nodiscard]] ExitCode Play(ScriptSource& source);
 
 private:
-  [[nodiscard]] bool _WriteStart();
-  [[nodiscard]] bool _PlayLine(const std::string& line, std::size_t number);
+  [[nodiscard]] ExitCode _WriteStart();
+  [[nodiscard]] bool _Settle();
+  /// `ExitOk` where the script goes on.
+  [[nodiscard]] ExitCode _PlayLine(const std::string& line, std::size_t number);
   [[nodiscard]] std::string _DescribeOutcome(const script::Command& command);
   [[nodiscard]] std::string _PrintPanel() const;
   [[nodiscard]] ExitCode _End(const ScriptSource& source) const;
 
-  const du::SmartPtr<memkernel::World> m_world;
   Panel& m_panel;
   const bool m_showsTrace;
   script::ScriptPlayer m_player;

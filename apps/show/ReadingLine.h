@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
+#include "StatusLine.h"
 #include "stepimport/Progress.h"
 
 /// Shows on a terminal how far reading has come, in one line that is gone at the end, and stops reading on Ctrl-C.
@@ -10,14 +10,10 @@
 class ReadingLine final : public stepimport::Progress {
 public:
   /// Without `isShown` nothing is written.
-  explicit ReadingLine(bool isShown) : m_isShown(isShown) {}
-  ReadingLine(const ReadingLine&) = delete;
-  ReadingLine& operator=(const ReadingLine&) = delete;
-  ~ReadingLine() override;
+  explicit ReadingLine(bool isShown) : m_line(isShown) {}
 
   bool Report(int percent, std::string_view stage) override;
 
 private:
-  const bool m_isShown;
-  std::string m_shown;
+  StatusLine m_line;
 };

@@ -74,6 +74,9 @@ Outcome ReadAndShow(const Options& options)
     return {code, {}};
   }
   Panel panel(session.world.Get(), session.stage, options);
+  if (!panel.Settle()) {
+    return {ExitInterrupted, {}};
+  }
   const bool isFine = panel.Check() && session.read.files == options.files.size();
   std::ostringstream text;
   if (options.trace) {
@@ -95,7 +98,8 @@ ExitCode ReadWithInterrupt(const Options& options, Session& session)
   return InterruptScope::WasInterrupted() ? ExitInterrupted : code;
 }
 
-// Once the files are read Ctrl-C ends the process at once: what was played so far has been written.
+// Once the files are read Ctrl-C ends a filter at work, and with it the script, and otherwise the process at once: what
+// was played so far has been written.
 ExitCode ReadAndPlay(const Options& options)
 {
   ScriptSource source(*options.script);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "FilterSettings.h"
 #include "script/Path.h"
 
 namespace script {
@@ -23,10 +24,10 @@ enum class Verb {
   AddAssembly,
   AddProxy,
   Remove,
-  Expand,
-  Collapse,
-  Fail,
-  Settle,
+  ExpandProxy,
+  CollapseProxy,
+  FailProxy,
+  SettleProxy,
   ActivateView,
   ActivateNoView,
   RemoveView,
@@ -34,6 +35,14 @@ enum class Verb {
   RemoveScene,
   HidePanel,
   ShowPanel,
+  Filter,
+  FilterOff,
+  Sort,
+  SortOff,
+  Expand,
+  HoldFilter,
+  ResumeFilter,
+  CancelFilter,
   BeginBatch,
   EndBatch,
   Print,
@@ -51,6 +60,8 @@ struct Command {
   std::string name{};
   /// The view or scene that is named by number.
   std::size_t number = 0;
+  /// What `Filter` asks for; the sorting alone of `Sort`.
+  FilterSettings filter{};
 
   friend bool operator==(const Command&, const Command&) = default;
 };

@@ -21,10 +21,10 @@ constexpr std::array s_forms{
     Form{"add assembly", Verb::AddAssembly, Arguments::OnePath, false, "add PARENT/NAME, without a shape"},
     Form{"add proxy", Verb::AddProxy, Arguments::OnePath, false, "add PARENT/NAME, a proxy that is not expanded"},
     Form{"remove", Verb::Remove, Arguments::Paths, false, "take them out of the tree"},
-    Form{"expand", Verb::Expand, Arguments::Paths, false, "proxies: their content is there"},
-    Form{"collapse", Verb::Collapse, Arguments::Paths, false, "proxies: remove their content again"},
-    Form{"fail", Verb::Fail, Arguments::Paths, false, "proxies: their content could not be read"},
-    Form{"settle", Verb::Settle, Arguments::Paths, false, "proxies: make ordinary instances of them"},
+    Form{"proxy expand", Verb::ExpandProxy, Arguments::Paths, false, "their content is there"},
+    Form{"proxy collapse", Verb::CollapseProxy, Arguments::Paths, false, "remove their content again"},
+    Form{"proxy fail", Verb::FailProxy, Arguments::Paths, false, "their content could not be read"},
+    Form{"proxy settle", Verb::SettleProxy, Arguments::Paths, false, "make ordinary instances of them"},
     Form{"view", Verb::ActivateView, Arguments::Number, false, "go to a view; each scene has the one of its number"},
     Form{"view none", Verb::ActivateNoView, Arguments::None, false, "leave the view"},
     Form{"view remove", Verb::RemoveView, Arguments::Number, false, "take a view away"},
@@ -32,6 +32,14 @@ constexpr std::array s_forms{
     Form{"scene remove", Verb::RemoveScene, Arguments::Number, false, "take a scene away, not its view"},
     Form{"panel hide", Verb::HidePanel, Arguments::None, false, "the panel goes out of sight"},
     Form{"panel show", Verb::ShowPanel, Arguments::None, false, "the panel comes back"},
+    Form{"filter", Verb::Filter, Arguments::Filter, false, "show what matches; OPTIONS are those for filters above"},
+    Form{"filter off", Verb::FilterOff, Arguments::None, false, "show everything again"},
+    Form{"filter hold", Verb::HoldFilter, Arguments::None, false, "filters stop in the middle of their work"},
+    Form{"filter resume", Verb::ResumeFilter, Arguments::None, false, "they go on to their end again"},
+    Form{"filter cancel", Verb::CancelFilter, Arguments::None, false, "end the filter that is at work"},
+    Form{"sort", Verb::Sort, Arguments::Sorting, false, "sort what a filter shows by a column"},
+    Form{"sort off", Verb::SortOff, Arguments::None, false, "show it in the order of the assembly again"},
+    Form{"expand", Verb::Expand, Arguments::Paths, false, "open what is left out below them"},
     Form{"batch", Verb::BeginBatch, Arguments::None, false, "make one update of the lines up to 'end'"},
     Form{"end", Verb::EndBatch, Arguments::None, false, "the end of a batch"},
     Form{"print", Verb::Print, Arguments::None, false, "print the panel, also in a batch or a trace"},
@@ -52,6 +60,10 @@ std::string_view Describe(Arguments arguments)
       return " PATH NAME";
     case Arguments::Number:
       return " N";
+    case Arguments::Filter:
+      return " [TEXT] [OPTIONS]";
+    case Arguments::Sorting:
+      return " COLUMN [descending]";
   }
   return "";
 }

@@ -18,6 +18,10 @@ enum class Arguments {
   AnyPaths,
   PathAndName,
   Number,
+  /// A text and options, at least one of them.
+  Filter,
+  /// A column, and a word for the direction or none.
+  Sorting,
 };
 
 /// How a command is written, and what it is for.

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <span>
 #include <utility>
 #include <vector>
 
+#include "script/FilterWords.h"
 #include "script/Forms.h"
 #include "script/LineLexer.h"
 #include "script/ScriptError.h"
@@ -133,13 +135,22 @@ private:
     if (!_IsRightCount(form.arguments)) {
       throw ScriptError("write: " + GetUsage(form));
     }
-    if (form.arguments == Arguments::Number) {
-      m_command.number = _ParseNumber();
-      return;
-    }
-    if (form.arguments == Arguments::PathAndName) {
-      m_command.name = _ParseName(m_words.back());
-      m_words.pop_back();
+    switch (form.arguments) {
+      case Arguments::Number:
+        m_command.number = _ParseNumber();
+        return;
+      case Arguments::Filter:
+        m_command.filter = ParseFilter(std::span(m_words).subspan(m_next));
+        return;
+      case Arguments::Sorting:
+        m_command.filter = ParseSorting(std::span(m_words).subspan(m_next));
+        return;
+      case Arguments::PathAndName:
+        m_command.name = ParseName(m_words.back(), "a new name");
+        m_words.pop_back();
+        break;
+      default:
+        break;
     }
     for (; m_next < m_words.size(); ++m_next) {
       m_command.paths.push_back(std::move(m_words[m_next].path));
@@ -155,21 +166,16 @@ private:
       case Arguments::Number:
         return _CountLeft() == 1;
       case Arguments::Paths:
+      case Arguments::Filter:
         return _CountLeft() > 0;
       case Arguments::AnyPaths:
         return true;
       case Arguments::PathAndName:
         return _CountLeft() == 2;
+      case Arguments::Sorting:
+        return _CountLeft() == 1 || _CountLeft() == 2;
     }
     return false;
-  }
-
-  static std::string _ParseName(const Word& word)
-  {
-    if (word.path.isFromRoot || word.path.steps.size() > 1 || word.path.steps.front().number > 0) {
-      throw ScriptError("a new name with '/' or '#' must be in quotes");
-    }
-    return word.path.steps.front().name;
   }
 
   std::vector<Word> m_words;
@@ -199,6 +205,8 @@ std::string ToText(const Command& command)
   }
   text += form.arguments == Arguments::PathAndName ? ' ' + QuoteName(command.name) : "";
   text += form.arguments == Arguments::Number ? ' ' + std::to_string(command.number) : "";
+  text += form.arguments == Arguments::Filter ? FilterToText(command.filter) : "";
+  text += form.arguments == Arguments::Sorting ? SortingToText(command.filter) : "";
   return text;
 }
 

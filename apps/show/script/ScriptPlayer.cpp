@@ -61,9 +61,8 @@ private:
   const memkernel::TreeBatch m_tree;
 };
 
-ScriptPlayer::ScriptPlayer(const du::SmartPtr<memkernel::World>& world, Stage& stage,
-                           std::function<void(bool)> showPanel)
-    : m_world(world), m_stage(stage), m_showPanel(std::move(showPanel)), m_finder(world->GetMemTree())
+ScriptPlayer::ScriptPlayer(const du::SmartPtr<memkernel::World>& world, Stage& stage, PanelControl& panel)
+    : m_world(world), m_stage(stage), m_panel(panel), m_finder(world->GetMemTree())
 {
 }
 
@@ -103,13 +102,13 @@ void ScriptPlayer::_PlayOnce(const Command& command)
       return _Rename(command);
     case Verb::Remove:
       return _Remove(command);
-    case Verb::Expand:
+    case Verb::ExpandProxy:
       return _ChangeProxies(command, &memkernel::Tree::ExpandProxy);
-    case Verb::Collapse:
+    case Verb::CollapseProxy:
       return _ChangeProxies(command, &memkernel::Tree::CollapseProxy);
-    case Verb::Fail:
+    case Verb::FailProxy:
       return _ChangeProxies(command, &memkernel::Tree::FailProxy);
-    case Verb::Settle:
+    case Verb::SettleProxy:
       return _ChangeProxies(command, &memkernel::Tree::TurnProxyToNode);
     case Verb::ActivateView:
       return m_stage.ActivateView(command.number);
@@ -122,9 +121,24 @@ void ScriptPlayer::_PlayOnce(const Command& command)
     case Verb::RemoveScene:
       return m_stage.RemoveScene(command.number);
     case Verb::HidePanel:
-      return _ShowPanel(false);
+      return m_panel.SetInSight(false);
     case Verb::ShowPanel:
-      return _ShowPanel(true);
+      return m_panel.SetInSight(true);
+    case Verb::Filter:
+      return _Filter(command.filter);
+    case Verb::FilterOff:
+      return _Filter({});
+    case Verb::Sort:
+    case Verb::SortOff:
+      return _Sort(command.filter);
+    case Verb::Expand:
+      return _Expand(command);
+    case Verb::HoldFilter:
+      return m_panel.HoldFilters(true);
+    case Verb::ResumeFilter:
+      return m_panel.HoldFilters(false);
+    case Verb::CancelFilter:
+      return _CancelFilter();
     case Verb::BeginBatch:
       return _BeginBatch();
     case Verb::EndBatch:
@@ -275,10 +289,39 @@ void ScriptPlayer::_ChangeProxies(const Command& command, bool (memkernel::Tree:
   }
 }
 
-void ScriptPlayer::_ShowPanel(bool isInSight) const
+// A filter that says nothing of the order leaves it as it is.
+void ScriptPlayer::_Filter(const FilterSettings& settings) const
 {
-  if (m_showPanel) {
-    m_showPanel(isInSight);
+  FilterSettings next = settings;
+  if (next.sort.empty()) {
+    next.sort = m_panel.GetFilter().sort;
+    next.descending = m_panel.GetFilter().descending;
+  }
+  m_panel.SetFilter(next);
+}
+
+void ScriptPlayer::_Sort(const FilterSettings& sorting) const
+{
+  FilterSettings next = m_panel.GetFilter();
+  next.sort = sorting.sort;
+  next.descending = sorting.descending;
+  m_panel.SetFilter(next);
+}
+
+void ScriptPlayer::_CancelFilter() const
+{
+  if (!m_panel.CancelFilter()) {
+    throw ScriptError("no filter is at work");
+  }
+}
+
+void ScriptPlayer::_Expand(const Command& command) const
+{
+  const Instances instances = _FindAll(command);
+  for (std::size_t i = 0; i < instances.size(); ++i) {
+    if (!m_panel.Expand(*instances[i])) {
+      throw ScriptError("nothing can be opened below " + ToText(command.paths[i]));
+    }
   }
 }
 

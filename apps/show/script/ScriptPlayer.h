@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -10,17 +9,18 @@
 #include "memkernel/World.h"
 #include "script/Command.h"
 #include "script/InstanceFinder.h"
+#include "script/PanelControl.h"
 #include "script/Stage.h"
 #include "zelk/SelectionManager.h"
 
 namespace script {
 
 /// Performs commands on a world and on a stage, as the user of a 3D viewer does by other means. Whatever panels follow
-/// the two hear of it in the usual way. Ends before both; an open batch ends with it. Owner's thread.
+/// the two hear of it in the usual way; one of them is under the script's control. Ends before all three; an open batch
+/// ends with it. Owner's thread.
 class ScriptPlayer {
 public:
-  /// `showPanel` is called with whether the panel is in sight from now on; it may be empty.
-  ScriptPlayer(const du::SmartPtr<memkernel::World>& world, Stage& stage, std::function<void(bool)> showPanel);
+  ScriptPlayer(const du::SmartPtr<memkernel::World>& world, Stage& stage, PanelControl& panel);
   ScriptPlayer(const ScriptPlayer&) = delete;
   ScriptPlayer& operator=(const ScriptPlayer&) = delete;
   ~ScriptPlayer();
@@ -51,13 +51,16 @@ private:
   [[nodiscard]] const du::SmartPtr<memkernel::Product>& _GetProduct(Verb verb, const std::string& name);
   void _Remove(const Command& command) const;
   void _ChangeProxies(const Command& command, bool (memkernel::Tree::*change)(const InstancePtr&)) const;
-  void _ShowPanel(bool isInSight) const;
+  void _Filter(const FilterSettings& settings) const;
+  void _Sort(const FilterSettings& sorting) const;
+  void _CancelFilter() const;
+  void _Expand(const Command& command) const;
   void _BeginBatch();
   void _EndBatch();
 
   const du::SmartPtr<memkernel::World> m_world;
   Stage& m_stage;
-  const std::function<void(bool)> m_showPanel;
+  PanelControl& m_panel;
   const InstanceFinder m_finder;
   /// Instances that are added under one name are instances of one product.
   std::map<std::pair<Verb, std::string>, du::SmartPtr<memkernel::Product>> m_products;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -135,6 +136,8 @@ std::vector<Path> PickPaths(Arguments arguments)
   switch (arguments) {
     case Arguments::None:
     case Arguments::Number:
+    case Arguments::Filter:
+    case Arguments::Sorting:
       return {};
     case Arguments::OnePath:
     case Arguments::PathAndName:
@@ -147,6 +150,46 @@ std::vector<Path> PickPaths(Arguments arguments)
   return {};
 }
 
+std::string PickColumn()
+{
+  return *rc::gen::element<std::string>("Name", "layer", "SOURCE FILE", "Product Name");
+}
+
+/// Any settings without a fault.
+FilterSettings PickFilter()
+{
+  FilterSettings settings;
+  const auto anyText = rc::gen::suchThat(rc::gen::arbitrary<std::string>(),
+                                         [](const std::string& text) { return FindFault({.text = text}).empty(); });
+  const auto taken = rc::gen::element<std::string>("off", "hold", "--parts", "--x", "two words", "a/b #1");
+  if (*rc::gen::arbitrary<bool>()) {
+    settings.text = *rc::gen::oneOf(anyText, taken);
+    settings.columns.resize(*rc::gen::inRange<std::size_t>(0, 3));
+    std::generate(settings.columns.begin(), settings.columns.end(), PickColumn);
+  }
+  for (const FilterFlag& flag : GetFilterFlags()) {
+    settings.*(flag.isOn) = *rc::gen::arbitrary<bool>();
+  }
+  settings.matchCase = settings.text && settings.matchCase;
+  settings.wholeWord = settings.text && settings.wholeWord;
+  settings.hidden = settings.hidden && !settings.visible;
+  settings.parts = settings.parts || !settings.IsOn();
+  settings.sort = settings.descending || *rc::gen::arbitrary<bool>() ? PickColumn() : "";
+  return settings;
+}
+
+FilterSettings PickSettings(Arguments arguments)
+{
+  switch (arguments) {
+    case Arguments::Filter:
+      return PickFilter();
+    case Arguments::Sorting:
+      return {.sort = PickColumn(), .descending = *rc::gen::arbitrary<bool>()};
+    default:
+      return {};
+  }
+}
+
 Command PickCommand(const Form& form)
 {
   const bool isBracket = form.verb == Verb::BeginBatch || form.verb == Verb::EndBatch;
@@ -154,6 +197,7 @@ Command PickCommand(const Form& form)
   command.times = isBracket ? 1 : *rc::gen::inRange<std::size_t>(1, 300);
   command.scene = form.isAboutScene ? *rc::gen::inRange<std::size_t>(0, 4) : 0;
   command.name = form.arguments == Arguments::PathAndName ? *rc::gen::arbitrary<std::string>() : "";
+  command.filter = PickSettings(form.arguments);
   command.number = form.arguments == Arguments::Number ? *rc::gen::inRange<std::size_t>(1, 9) : 0;
   return command;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "RecordingPanel.h"
 #include "script/ScriptError.h"
 #include "script/ScriptParser.h"
 #include "zelk/TreeObserver.h"
@@ -88,8 +89,8 @@ protected:
 
   const du::SmartPtr<memkernel::World> world = du::MakeSmart<memkernel::World>(1U);
   Stage stage{world};
-  std::vector<bool> shown;
-  ScriptPlayer player{world, stage, [this](bool isInSight) { shown.push_back(isInSight); }};
+  RecordingPanel panel;
+  ScriptPlayer player{world, stage, panel};
 };
 
 TEST_F(ScriptPlayerTest, Hide_TakesEverythingBelow)
@@ -244,25 +245,25 @@ TEST_F(ScriptPlayerTest, SeveralPathsOneOfThemUnknown_ChangeNothing)
 
 TEST_F(ScriptPlayerTest, Proxy_GoesThroughItsStates)
 {
-  Play("expand gear");
+  Play("proxy expand gear");
   EXPECT_TRUE(Find("gear")->IsProxyExpanded());
 
   Play("add part gear/tooth");
-  Play("collapse gear");
+  Play("proxy collapse gear");
   EXPECT_FALSE(Find("gear")->IsProxyExpanded());
   EXPECT_FALSE(Find("gear")->HasChildren());
 
-  Play("fail gear");
+  Play("proxy fail gear");
   EXPECT_TRUE(Find("gear")->HasProxyExpandFailed());
 
-  Play("settle gear");
+  Play("proxy settle gear");
   EXPECT_FALSE(Find("gear")->IsProxy());
 }
 
 TEST_F(ScriptPlayerTest, OrdinaryInstance_IsNoProxy)
 {
   for (const char* command : {"expand", "collapse", "fail", "settle"}) {
-    EXPECT_EQ(FaultOf(std::string(command) + " gear frame"), "frame is no proxy");
+    EXPECT_EQ(FaultOf("proxy " + std::string(command) + " gear frame"), "frame is no proxy");
   }
   EXPECT_FALSE(Find("gear")->IsProxyExpanded());
   EXPECT_TRUE(Find("gear")->IsProxy());
@@ -273,7 +274,56 @@ TEST_F(ScriptPlayerTest, Panel_GoesAndComesBack)
   Play("panel hide");
   Play("panel show");
 
-  EXPECT_EQ(shown, (std::vector<bool>{false, true}));
+  EXPECT_EQ(panel.calls, (std::vector<std::string>{"hide", "show"}));
+}
+
+TEST_F(ScriptPlayerTest, Filter_ReplacesTheOneBeforeAndLeavesTheOrder)
+{
+  Play("sort Name descending");
+  Play("filter bolt --parts");
+  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt", .parts = true, .sort = "Name", .descending = true}));
+
+  Play("filter --selected --sort Layer");
+  EXPECT_EQ(panel.filter, (FilterSettings{.selected = true, .sort = "Layer"}));
+
+  Play("filter off");
+  EXPECT_EQ(panel.filter, (FilterSettings{.sort = "Layer"}));
+}
+
+TEST_F(ScriptPlayerTest, Sort_LeavesTheFilter)
+{
+  Play("filter bolt");
+  Play("sort Name");
+  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt", .sort = "Name"}));
+
+  Play("sort off");
+  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt"}));
+}
+
+TEST_F(ScriptPlayerTest, FilterAtWork_IsHeldAndCancelled)
+{
+  panel.isFilterAtWork = true;
+
+  Play("filter hold");
+  Play("filter cancel");
+  Play("filter resume");
+
+  EXPECT_EQ(panel.calls, (std::vector<std::string>{"hold", "cancel", "resume"}));
+}
+
+TEST_F(ScriptPlayerTest, CancelWithoutAFilter_IsAFault)
+{
+  EXPECT_EQ(FaultOf("filter cancel"), "no filter is at work");
+}
+
+TEST_F(ScriptPlayerTest, Expand_OpensRowByRow)
+{
+  panel.canExpand = true;
+  Play("expand pump set");
+  EXPECT_EQ(panel.calls, (std::vector<std::string>{"expand pump", "expand set"}));
+
+  panel.canExpand = false;
+  EXPECT_EQ(FaultOf("expand pump/set"), "nothing can be opened below pump/set");
 }
 
 TEST_F(ScriptPlayerTest, Batch_IsOneRunOfTheTree)

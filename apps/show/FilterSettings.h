@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "zelremote/StructureFilterInfo.h"
+
+/// What the panel is filtered by, as a command line or a script says it.
+struct FilterSettings {
+  /// The text to look for; none where only the other criteria are meant.
+  std::optional<std::string> text{};
+  /// Where it is looked for; the names where there is none.
+  std::vector<std::string> columns{};
+  bool matchCase = false;
+  bool wholeWord = false;
+  bool selected = false;
+  bool visible = false;
+  bool hidden = false;
+  bool parts = false;
+  bool bodies = false;
+  bool issues = false;
+  bool siblings = false;
+  /// The column by which the rows of the result are sorted; empty for their order in the assembly.
+  std::string sort{};
+  bool descending = false;
+
+  friend bool operator==(const FilterSettings&, const FilterSettings&) = default;
+
+  /// Whether anything is left out.
+  [[nodiscard]] bool IsOn() const;
+};
+
+/// An option without a value.
+struct FilterFlag {
+  /// With the hyphens before it.
+  std::string_view name;
+  bool FilterSettings::*isOn;
+  std::string_view summary;
+};
+
+/// In the order in which they are best explained.
+[[nodiscard]] std::span<const FilterFlag> GetFilterFlags();
+
+/// Why these settings do not go together, or name a column that is none; empty where all is well.
+[[nodiscard]] std::string FindFault(const FilterSettings& settings);
+/// The same for the name of one column.
+[[nodiscard]] std::string FindFaultInColumn(std::string_view column);
+
+/// What there is to look for and to sort by, as in `Name, Layer`.
+[[nodiscard]] std::string ListColumns();
+
+/// Makes the filter one of these settings, in which there is no fault.
+void Apply(const FilterSettings& settings, zelremote::StructureFilterInfo& filter);
