@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
 #include <functional>
 #include <iterator>
 #include <set>
@@ -53,13 +54,17 @@ public:
       out.insert(out.end(), item);
     }
   }
-  /// Takes out this instance, not one that is equal. Nothing for an unknown one. Does not bring the entries into order.
+  // clang-format off
+  /// Nothing for an unknown instance. Does not bring the entries into order, which is why a set by keys has no such
+  /// operation: whether an equal instance has been passed over is known only afterwards.
   void Erase(const Item& item)
+    requires std::same_as<Order, ByAddress>
   {
     std::erase(m_recorded, item);
     const auto [first, last] = std::equal_range(m_ordered.begin(), m_ordered.end(), item, Order());
-    m_ordered.erase(std::remove(first, last, item), last);
+    m_ordered.erase(first, last);
   }
+  // clang-format on
   /// Brings what has been recorded into order; costs that of a sort of the new entries and a merge.
   void Settle() const
   {

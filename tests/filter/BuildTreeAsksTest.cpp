@@ -75,7 +75,6 @@ TEST(BuildTreeAsks, Kernel_IsAskedOnceForEachListAndForEachVisit)
   EXPECT_EQ(kernel.reads.parents, 0u);
   EXPECT_EQ(kernel.reads.properties, 0u);
   EXPECT_EQ(stage.GetRows(), "root[a b[b] c]");
-  stage.tree.Reset();
 }
 
 TEST(BuildTreeAsks, SecondPass_DoesNotReadTheKernelsLists)
@@ -92,7 +91,6 @@ TEST(BuildTreeAsks, SecondPass_DoesNotReadTheKernelsLists)
   EXPECT_EQ(kernel.reads.lists, 2u);
   EXPECT_EQ(kernel.reads.visits, 3u);
   EXPECT_EQ(stage.GetRows(), "root[a[b]]");
-  stage.tree.Reset();
 }
 
 }  // namespace

@@ -273,7 +273,6 @@ TEST(BuildTreePasses, ReadLock_IsTakenAndReleasedBeforeTheLongReadAndAfterTheLas
   stage.Build(kernel.GetRoot());
 
   EXPECT_EQ(tree->log, (Names{"lock", "unlock", "lock", "ask", "visit", "ask", "ask", "visit", "unlock"}));
-  stage.tree.Reset();
 }
 
 TEST(BuildTreePasses, SelectedInstances_AreNotHeldByTheWorkerAloneWhenTheLockIsReleased)
@@ -307,7 +306,6 @@ TEST(BuildTreePasses, InstanceWithoutATree_IsBuiltWithoutALock)
 
   EXPECT_EQ(stage.GetRows(), "root[a]");
   EXPECT_EQ(stage.event->reports, std::vector<int>{100});
-  stage.tree.Reset();
 }
 
 }  // namespace

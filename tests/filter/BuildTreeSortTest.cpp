@@ -31,7 +31,6 @@ TEST(BuildTreeSort, WithoutAColumn_KeepsTheKernelsOrderAndReadsNoProperty)
 
   EXPECT_EQ(stage.GetRows(), "root[c a b]");
   EXPECT_EQ(kernel.reads.properties, 0u);
-  stage.tree.Reset();
 }
 
 TEST(BuildTreeSort, EachPropertyIsReadOnceAList)
@@ -48,7 +47,6 @@ TEST(BuildTreeSort, EachPropertyIsReadOnceAList)
   stage.Build(kernel.GetRoot());
 
   EXPECT_EQ(kernel.reads.properties, 100u);
-  stage.tree.Reset();
 }
 
 TEST(BuildTreeSort, Ascending_OrdersByTheTextAndPutsThoseWithoutAValueLast)
