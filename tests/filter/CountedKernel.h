@@ -21,6 +21,7 @@ public:
   std::vector<CountedInstance*> children;
   CountedInstance* parent = nullptr;
 
+  [[nodiscard]] du::Symbol GetInstanceKey() const override;
   void GetPropertyValue(du::SmartPtr<zelk::PropertyValue>& out, const du::Symbol& group, const du::Symbol& name,
                         const du::Symbol& fallback) const override;
   void GetBaseChildren(std::vector<du::SmartPtr<zelk::BaseInstance>>& out) const override;
@@ -37,6 +38,7 @@ private:
 class CountedKernel {
 public:
   struct Reads {
+    std::size_t keys = 0;
     std::size_t lists = 0;
     std::size_t parents = 0;
     std::size_t properties = 0;
@@ -67,6 +69,12 @@ public:
 private:
   std::vector<du::SmartPtr<CountedInstance>> m_instances;
 };
+
+inline du::Symbol CountedInstance::GetInstanceKey() const
+{
+  ++m_kernel.reads.keys;
+  return PlainBaseInstance::GetInstanceKey();
+}
 
 inline void CountedInstance::GetPropertyValue(du::SmartPtr<zelk::PropertyValue>& out, const du::Symbol& /*group*/,
                                               const du::Symbol& /*name*/, const du::Symbol& /*fallback*/) const
