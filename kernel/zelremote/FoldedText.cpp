@@ -13,6 +13,10 @@ constexpr char32_t s_firstNonAscii = 0x80;
 constexpr char32_t s_codePointEnd = 0x110000;
 /// More than any one code point becomes.
 constexpr std::size_t s_longestFolding = 32;
+/// How many values one byte of UTF-8 becomes at most, rounded up: a sequence of two bytes becomes three.
+constexpr std::size_t s_valuesPerByte = 2;
+/// No language writes so many accents on one letter. Longer runs stay out of order, so that ordering is never a burden.
+constexpr std::size_t s_longestOrderedRun = 64;
 
 constexpr char ToLower(char c)
 {
@@ -60,11 +64,19 @@ utf8proc_option_t GetOptions(bool matchCase)
 
 }  // namespace
 
+void FoldedText::Reserve(std::size_t bytes)
+{
+  m_narrow.reserve(bytes);
+  m_wide.reserve(bytes * s_valuesPerByte);
+  m_traits.reserve(bytes * s_valuesPerByte);
+}
+
 void FoldedText::Assign(std::string_view text, bool matchCase)
 {
-  m_isAscii = matchCase ? IsAsciiText(text) : _FoldAscii(text);
+  m_isNarrowUsed = !matchCase;
+  m_borrowed = text;
+  m_isAscii = m_isNarrowUsed ? _FoldAscii(text) : IsAsciiText(text);
   if (m_isAscii) {
-    m_ascii = matchCase ? text : m_narrow;
     return;
   }
   Clear();
@@ -135,8 +147,13 @@ void FoldedText::_AppendFolded(char32_t value, bool isFirst)
 void FoldedText::_OrderLast()
 {
   const int last = GetCombiningClass(m_wide.back());
+  if (last == 0) {
+    return;
+  }
+  const std::size_t end = m_wide.size() - 1;
+  const std::size_t begin = end - std::min(end, s_longestOrderedRun);
   // The traits stay: what changes places is combining on both sides.
-  for (std::size_t i = m_wide.size() - 1; last != 0 && i > 0 && GetCombiningClass(m_wide[i - 1]) > last; --i) {
+  for (std::size_t i = end; i > begin && GetCombiningClass(m_wide[i - 1]) > last; --i) {
     std::swap(m_wide[i], m_wide[i - 1]);
   }
 }

@@ -11,12 +11,14 @@ namespace zelremote {
 /// matters, and without code points that show nothing (soft hyphens, joiners). Bytes that are no UTF-8 are characters
 /// of their own, each equal to the same byte alone.
 ///
-/// It keeps its memory from text to text, so that a long run of texts allocates next to nothing. One thread at a time.
+/// It keeps its memory from text to text. One thread at a time.
 class FoldedText {
 public:
   /// The byte 0x80 that is no UTF-8; the others follow. Beyond all code points.
   static constexpr char32_t s_firstInvalidByte = 0x110080;
 
+  /// Makes room, so that texts of up to so many bytes allocate nothing. A longer one makes room for itself once.
+  void Reserve(std::size_t bytes);
   /// Takes the place of the former text. ASCII goes without any look-up; the text itself must then live on for as long
   /// as this one is read.
   void Assign(std::string_view text, bool matchCase);
@@ -29,7 +31,7 @@ public:
 
   [[nodiscard]] bool IsAscii() const noexcept { return m_isAscii; }
   /// The characters of a text of ASCII alone.
-  [[nodiscard]] std::string_view GetAscii() const noexcept { return m_ascii; }
+  [[nodiscard]] std::string_view GetAscii() const noexcept { return m_isNarrowUsed ? m_narrow : m_borrowed; }
   /// The characters of any other text.
   [[nodiscard]] std::u32string_view GetWide() const noexcept { return m_wide; }
 
@@ -54,9 +56,10 @@ private:
   void _OrderLast();
 
   bool m_isAscii = true;
-  /// `m_narrow`, or the text that was assigned.
-  std::string_view m_ascii;
+  /// Whether folding has changed the text, or could have.
+  bool m_isNarrowUsed = false;
   std::string m_narrow;
+  std::string_view m_borrowed;
   std::u32string m_wide;
   std::vector<Traits> m_traits;
 };

@@ -13,6 +13,9 @@ using structure_utils::TreeFilterInfoBase;
 
 namespace {
 
+/// Room for nearly every name and value that people write.
+constexpr std::size_t s_usualTextSize = 1024;
+
 bool IsPart(const zelk::BaseInstance& instance)
 {
   if (instance.IsBodyInstance()) {
@@ -78,6 +81,10 @@ TreeFilterInfoBase* StructureFilterInfo::Duplicate()
   auto duplicate = std::make_unique<StructureFilterInfo>(*this);
   if (duplicate->_IsHiding()) {
     duplicate->m_hiddenBranches.BeginToRemember();
+  }
+  if (duplicate->_HasTextCriterion()) {
+    duplicate->m_search.Reserve(s_usualTextSize);
+    duplicate->m_value.reserve(s_usualTextSize);
   }
   return duplicate.release();
 }

@@ -56,9 +56,9 @@ namespace zelremote {
 /// presentation shows matches alone.
 ///
 /// A filter belongs to one thread at a time. A duplicate is for one run over a tree that does not change meanwhile: it
-/// remembers which branches are hidden, from the root of the tree on. A duplicate that was warmed up by an instance or
-/// two takes no lock and allocates nothing; what the kernel does for a property value, a shape instance or a status is
-/// the kernel's.
+/// remembers which branches are hidden, from the root of the tree on. It takes no lock and allocates nothing where
+/// names and values have up to 1,024 bytes; a longer one makes room for itself and for all that are no longer. What the
+/// kernel does for a property value, a shape instance or a status is the kernel's.
 class StructureFilterInfo : public structure_utils::TreeFilterInfoBase {
 public:
   enum class Visibility { Any, Visible, Hidden };

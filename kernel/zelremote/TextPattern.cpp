@@ -256,6 +256,12 @@ void TextSearch::SetPattern(std::shared_ptr<const TextPattern> pattern)
   m_pattern = std::move(pattern);
 }
 
+void TextSearch::Reserve(std::size_t bytes)
+{
+  m_field.Reserve(bytes);
+  m_isFound.reserve(m_pattern->GetWordCount());
+}
+
 void TextSearch::Begin()
 {
   m_missing = m_pattern->GetWordCount();

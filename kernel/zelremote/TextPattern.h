@@ -60,12 +60,14 @@ private:
 };
 
 /// Looks for a pattern in the fields of one thing after another. Copies share the pattern; each belongs to one thread
-/// at a time. Memory is kept from field to field.
+/// at a time. Memory is kept from field to field, and is not copied.
 class TextSearch {
 public:
   void SetPattern(std::shared_ptr<const TextPattern> pattern);
   [[nodiscard]] const TextPattern& GetPattern() const noexcept { return *m_pattern; }
 
+  /// Makes room, so that fields of up to so many bytes allocate nothing.
+  void Reserve(std::size_t bytes);
   /// Before the fields of the next thing.
   void Begin();
   /// Answers whether every word has been found by now, in this field or one before.
