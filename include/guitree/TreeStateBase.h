@@ -195,8 +195,9 @@ protected:
   /// The same for a node of a filtered tree, which tells its place.
   virtual void _InstanceCreate(FilteredTree::Node* node, const du::SmartPtr<TreeSelectionController>& selController);
   /// Makes the rows of a branch of a filtered tree, parents first; a placeholder is announced with its parent. Calls
-  /// itself for each child, so that the depth of the tree costs stack: about 200 bytes a level, some 40,000 levels on a
-  /// stack of 8 MB.
+  /// itself for each child, so that the depth of the tree costs stack: 64 bytes a level with GCC on x86-64, which is
+  /// some 120,000 levels on a stack of 8 MB, and 80,000 under AddressSanitizer. A derived class that replaces it adds
+  /// its own frame to each level.
   virtual void _VisitFilteredTreeNode(FilteredTree::Node* node,
                                       const du::SmartPtr<TreeSelectionController>& selController);
   /// The last filter job under way has ended: makes the rows of its result. One of another tree, or while another state

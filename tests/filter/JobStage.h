@@ -199,7 +199,7 @@ public:
       for (const std::string_view begin : {"InstanceCreate(node ", "InstanceCreate(", "FilterNodeCreate(node "}) {
         if (call.starts_with(begin)) {
           const std::string name = call.substr(begin.size(), call.find_first_of(",)") - begin.size());
-          rows.push_back(begin.starts_with("Filter") ? "..." + name : name);
+          rows.emplace_back(begin.starts_with("Filter") ? "..." : "").append(name);
           break;
         }
       }
@@ -223,7 +223,8 @@ public:
   }
   std::string text = node->instance ? std::string(node->instance->GetObjectName().GetView()) : "...";
   for (const auto* child = node->firstChild; child; child = child->nextSibling) {
-    text += (child == node->firstChild ? "[" : " ") + Show(child);
+    text += child == node->firstChild ? '[' : ' ';
+    text += Show(child);
   }
   return node->firstChild ? text + "]" : text;
 }
