@@ -73,11 +73,9 @@ bool Panel::Settle()
 {
   StatusLine line(terminal::IsStderrTerminal());
   const auto start = std::chrono::steady_clock::now();
-  bool isInterrupted = false;
   m_world->GetLoop().RunDue();
   while (IsFiltering() && !m_hold.IsReached()) {
-    if (InterruptScope::WasInterrupted() && !isInterrupted) {
-      isInterrupted = true;
+    if (InterruptScope::WasInterrupted()) {
       CancelFilter();
     }
     m_world->GetLoop().WaitAndRun(s_turn);
@@ -86,7 +84,7 @@ bool Panel::Settle()
       line.Show(progress->GetLine());
     }
   }
-  return !isInterrupted;
+  return !InterruptScope::WasInterrupted();
 }
 
 void Panel::CatchUp()

@@ -1,0 +1,162 @@
+#include "Panel.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "PanelStage.h"
+
+namespace {
+
+class PanelTest : public testing::Test {
+protected:
+  std::unique_ptr<Panel> Open(const FilterSettings& filter = {}, bool trace = false)
+  {
+    Options options;
+    options.style.ascii = true;
+    options.filter = filter;
+    options.trace = trace;
+    return std::make_unique<Panel>(stage.GetWorld(), stage.stage, options);
+  }
+
+  PanelStage stage;
+};
+
+TEST_F(PanelTest, FilterOfTheOptions_IsThereOnceThePanelHasSettled)
+{
+  const auto panel = Open({.text = "bolt"});
+  EXPECT_TRUE(panel->IsFiltering());
+
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_FALSE(panel->IsFiltering());
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "`- set\n"
+            "   `- bolt\n");
+}
+
+TEST_F(PanelTest, SceneOfTheView_IsWhatAFilterForTheVisibleLooksAt)
+{
+  stage.stage.GetScene(1)->SetVisible(stage.stage.GetScene(1)->FindShapeInstance(stage.bolt.Get()), false);
+
+  const auto panel = Open({.hidden = true});
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "`- set\n"
+            "   `- bolt\n");
+}
+
+TEST_F(PanelTest, SortAlone_AsksForNoPopulation)
+{
+  const auto panel = Open({}, true);
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_NE(panel->TakeTrace(), "");
+
+  panel->SetFilter({.sort = "Name"});
+
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_EQ(panel->TakeTrace(), "");
+  EXPECT_EQ(panel->GetFilter().sort, "Name");
+}
+
+TEST_F(PanelTest, HeldFilter_IsStillAtWorkWhenThePanelHasSettled)
+{
+  const auto panel = Open();
+  panel->HoldFilters(true);
+  panel->SetFilter({.text = "bolt"});
+
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_TRUE(panel->IsFiltering());
+  EXPECT_EQ(PanelStage::TextOf(*panel), "(the filter is at work)\n");
+
+  panel->HoldFilters(false);
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_FALSE(panel->IsFiltering());
+}
+
+TEST_F(PanelTest, EditWhileAFilterReads_EndsItAndFiltersAgain)
+{
+  const auto panel = Open();
+  panel->HoldFilters(true);
+  panel->SetFilter({.text = "bolt"});
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_TRUE(stage.GetTree().Rename(stage.frame, "bolted frame"));
+  panel->CatchUp();
+  EXPECT_TRUE(panel->IsFiltering());
+  panel->HoldFilters(false);
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "|- set\n"
+            "|  `- bolt\n"
+            "`- bolted frame\n");
+}
+
+TEST_F(PanelTest, CatchUp_WithoutAnEdit_DoesNothing)
+{
+  const auto panel = Open({.text = "bolt"}, true);
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_TRUE(stage.GetTree().Rename(stage.bolt, "bolt 2"));
+  EXPECT_NE(panel->TakeTrace(), "");
+
+  panel->CatchUp();
+
+  EXPECT_EQ(panel->TakeTrace(), "");
+}
+
+TEST_F(PanelTest, CancelledFilter_CanBeOpened)
+{
+  const auto panel = Open();
+  panel->HoldFilters(true);
+  panel->SetFilter({.text = "bolt"});
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_FALSE(panel->Expand(*stage.pump));
+
+  EXPECT_TRUE(panel->CancelFilter());
+  EXPECT_TRUE(panel->Settle());
+  EXPECT_EQ(panel->GetRowCount(), 1U);
+
+  EXPECT_TRUE(panel->Expand(*stage.pump));
+  EXPECT_EQ(panel->GetRowCount(), 5U);
+  EXPECT_FALSE(panel->CancelFilter());
+}
+
+TEST_F(PanelTest, FilterSwitchedOffAtWork_LeavesNothingOfItsResult)
+{
+  const auto panel = Open();
+  panel->HoldFilters(true);
+  panel->SetFilter({.text = "bolt"});
+  EXPECT_TRUE(panel->Settle());
+
+  panel->SetFilter({});
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_FALSE(panel->IsFiltering());
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "|- set\n"
+            "|  |- bolt\n"
+            "|  `- nut\n"
+            "`- frame\n");
+}
+
+TEST_F(PanelTest, End_WhileAFilterIsHeld_WaitsForNobody)
+{
+  auto panel = Open();
+  panel->HoldFilters(true);
+  panel->SetFilter({.text = "bolt"});
+  EXPECT_TRUE(panel->Settle());
+
+  panel.reset();
+
+  EXPECT_TRUE(stage.GetTree().Rename(stage.frame, "beam"));
+}
+
+}  // namespace
