@@ -64,7 +64,7 @@ public:
       return _MatchFrom(0);
     }
     for (std::size_t start = 0; start <= m_size; ++start) {
-      if (_IsWordEdge(start) && _IsCharacterEnd(start) && _MatchFrom(start)) {
+      if (_IsWordEdge(start) && _MatchFrom(start)) {
         return true;
       }
     }
@@ -201,12 +201,12 @@ private:
 
   void _AppendPlain(FoldedText& word, char32_t character) const
   {
-    if (character == U'?') {
-      word.AppendRaw(s_oneCharacter);
-    } else if (character != U'*') {
-      word.Append(character, m_matchCase);
-    } else if (word.GetWide().empty() || word.GetWide().back() != s_anyCharacters) {
+    if (character == U'*') {
       word.AppendRaw(s_anyCharacters);
+    } else if (character == U'?') {
+      word.AppendRaw(s_oneCharacter);
+    } else {
+      word.Append(character, m_matchCase);
     }
   }
 
