@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "FilterRun.h"
+#include "testsupport/PlainBaseInstance.h"
 
 namespace {
 
@@ -225,6 +226,24 @@ TEST_F(StructureFilterCriteria, WhatAsksForNoAdditionalInfo_DoesWithoutIt)
   filter.SetPartsOnly(true);
 
   EXPECT_FALSE(filter.IsFilteredOut(root, run.selected, false, none, nullptr));
+}
+
+TEST_F(StructureFilterCriteria, AnInstanceOfAnotherTree_IsAPartThatNoSceneShows)
+{
+  const auto note = du::MakeSmart<testsupport::PlainBaseInstance>("note");
+  filter.SetText("note");
+  filter.SetPartsOnly(true);
+  filter.hideBodies = true;
+  filter.collapseInstances = true;
+  EXPECT_TRUE(run.Passes(filter, note.Get(), false));
+  EXPECT_TRUE(run.Passes(filter, note.Get(), true));
+
+  filter.SetVisibility(Visibility::Hidden);
+  EXPECT_FALSE(run.Passes(filter, note.Get(), false));
+
+  filter.SetVisibility(Visibility::Any);
+  filter.SetIssuesOnly(true);
+  EXPECT_FALSE(run.Passes(filter, note.Get(), false));
 }
 
 TEST_F(StructureFilterCriteria, ANullInstance_IsFilteredOut)

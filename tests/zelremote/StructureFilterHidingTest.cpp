@@ -151,6 +151,22 @@ TEST_F(StructureFilterHiding, ADuplicateOfADuplicate_RemembersNothingOfTheOthers
   EXPECT_FALSE(run.Passes(*second, engine->children.back().Get(), true));
 }
 
+TEST_F(StructureFilterHiding, ACopyOfADuplicate_RemembersNothingOfIt)
+{
+  filter.hideBodies = true;
+  const std::unique_ptr<structure_utils::TreeFilterInfoBase> duplicate(filter.Duplicate());
+  ASSERT_EQ(GetPassing(run, *duplicate, car.Get(), true), withoutBodies);
+  FilterItem* engine = car->children.front().Get();
+  engine->isBody = true;
+
+  auto copy = dynamic_cast<zelremote::StructureFilterInfo&>(*duplicate);
+  EXPECT_FALSE(run.Passes(copy, engine->children.back().Get(), true));
+
+  engine->isBody = false;
+  copy = dynamic_cast<zelremote::StructureFilterInfo&>(*duplicate);
+  EXPECT_TRUE(run.Passes(copy, engine->children.back().Get(), true));
+}
+
 TEST_F(StructureFilterHiding, ADuplicateThatBeginsAtTheTopAgain_SeesWhatHasChanged)
 {
   filter.hideBodies = true;

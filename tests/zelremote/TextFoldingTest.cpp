@@ -61,6 +61,7 @@ TEST(TextFolding, ComposedAndDecomposedSpellings_AreOne)
   EXPECT_TRUE(AreOne("각", "\u1100\u1161\u11a8"));
   EXPECT_TRUE(AreOne("ệ", "e\u0302\u0323"));
   EXPECT_TRUE(AreOne("e\u0323\u0302", "e\u0302\u0323"));
+  EXPECT_TRUE(AreOne("e\u0301\u0302\u0323", "e\u0323\u0301\u0302"));
   EXPECT_FALSE(AreOne("e\u0301\u0302", "e\u0302\u0301"));
 }
 

@@ -132,6 +132,7 @@ TEST(TextPattern, AQuotationMarkInsideAWord_IsOrdinary)
 {
   EXPECT_TRUE(Finds("3/4\"", "pipe 3/4\" long"));
   EXPECT_FALSE(Finds("3/4\"", "pipe 3/4 long"));
+  EXPECT_TRUE(Finds("\"a\"\"b", "a\"b"));
 }
 
 TEST(TextPattern, MatchCase_TellsCasesApart)
@@ -158,6 +159,7 @@ TEST(TextPattern, AWholeWord_HasNoLetterOrDigitBesideIt)
   EXPECT_TRUE(FindsWhole("hex nut", "nut, hex"));
   EXPECT_TRUE(FindsWhole("\"hex nut\"", "a hex nut."));
   EXPECT_FALSE(FindsWhole("\"hex nut\"", "a hex nuts"));
+  EXPECT_TRUE(FindsWhole("a-a", "xa-a-a")) << "which overlaps one that is no whole word";
 }
 
 TEST(TextPattern, AWholeWord_HasNoLetterOfAnyScriptBesideIt)
@@ -207,6 +209,11 @@ TEST(TextPattern, AnAccent_BelongsToItsLetter)
   EXPECT_TRUE(Finds("a\u0308", "Ä"));
   EXPECT_FALSE(Finds("a*", "ä"));
   EXPECT_FALSE(Finds("*a", "a\u0308"));
+  EXPECT_FALSE(Finds("a?", "ä"));
+  EXPECT_FALSE(Finds("a", "a\u20dd")) << "in a circle";
+  EXPECT_FALSE(Finds("क", "का")) << "a vowel sign that takes room";
+  EXPECT_TRUE(FindsWhole("?=", "a="));
+  EXPECT_FALSE(FindsWhole("?=", "a≠")) << "a stroke through the sign";
   EXPECT_FALSE(Finds("b?", "b\u0308a"));
 }
 
