@@ -96,15 +96,22 @@ private:
     return at < m_size && (!m_wholeWord || m_field.IsInWord(at));
   }
 
+  [[nodiscard]] bool _IsStar(std::size_t index) const { return index < m_word.size() && m_word[index] == s_any; }
+
   /// Where the field goes on after what one value of the word matches; `s_none` if that is nothing.
-  [[nodiscard]] std::size_t _Step(typename Field::Char value, std::size_t at) const
+  [[nodiscard]] std::size_t _Step(std::size_t index, std::size_t at) const
   {
-    if (value != s_one) {
-      return at < m_size && m_field.chars[at] == value ? at + 1 : s_none;
-    }
-    if (!_MayStandFor(at) || !_IsCharacterEnd(at)) {
+    if (index == m_word.size() || at == m_size) {
       return s_none;
     }
+    if (m_word[index] == s_one) {
+      return _MayStandFor(at) && _IsCharacterEnd(at) ? _GetNextCharacter(at) : s_none;
+    }
+    return m_field.chars[at] == m_word[index] ? at + 1 : s_none;
+  }
+
+  [[nodiscard]] std::size_t _GetNextCharacter(std::size_t at) const
+  {
     do {
       ++at;
     } while (at < m_size && m_field.IsContinuation(at));
@@ -119,27 +126,22 @@ private:
     std::size_t next = 0;
     std::size_t afterStar = s_none;
     std::size_t starEnd = start;
-    for (;;) {
-      if (next < m_word.size() && m_word[next] == s_any && _IsCharacterEnd(at)) {
+    while (next < m_word.size() || !_IsEnd(at)) {
+      const std::size_t step = _Step(next, at);
+      if (_IsStar(next) && _IsCharacterEnd(at)) {
         afterStar = ++next;
         starEnd = at;
-        continue;
-      }
-      const std::size_t step = next < m_word.size() ? _Step(m_word[next], at) : s_none;
-      if (step != s_none) {
+      } else if (step != s_none) {
         at = step;
         ++next;
-        continue;
-      }
-      if (next == m_word.size() && _IsEnd(at)) {
-        return true;
-      }
-      if (afterStar == s_none || !_MayStandFor(starEnd)) {
+      } else if (afterStar != s_none && _MayStandFor(starEnd)) {
+        at = ++starEnd;
+        next = afterStar;
+      } else {
         return false;
       }
-      at = ++starEnd;
-      next = afterStar;
     }
+    return true;
   }
 
   const Field m_field;
