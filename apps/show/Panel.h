@@ -24,7 +24,7 @@ public:
   Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options);
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
-  ~Panel();
+  ~Panel() override;
 
   /// Goes on with what is due on the owner's thread until no filter is at work any more, or until one is held; what
   /// takes longer shows how far it is where stderr is a terminal. Ctrl-C cancels the filter, and the answer is false.

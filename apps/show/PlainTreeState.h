@@ -28,6 +28,8 @@ private:
   /// Answers on workers, so it reads from the kernel alone.
   class StatusLookup final : public AdditionalInfo::TreeFilterStatusLookup {
   public:
+    virtual ~StatusLookup() = default;
+
     TFStatus TreeFilterGetItemStatus(const du::ConstSmartPtr<zelk::Instance>& instance,
                                      const du::SmartPtr<zelk::Scene>& scene) override;
   };

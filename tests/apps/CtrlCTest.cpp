@@ -68,7 +68,7 @@ public:
 
   [[nodiscard]] bool HasBegun() const { return m_process > 0; }
   /// Everything that was written up to and with this text, or to the end.
-  std::string ReadUpTo(const std::string& text)
+  [[nodiscard]] std::string ReadUpTo(const std::string& text) const
   {
     std::string all;
     std::array<char, 256> buffer{};

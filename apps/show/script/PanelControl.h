@@ -8,6 +8,8 @@ namespace script {
 /// What a script does to the panel itself, as its user does. Owner's thread.
 class PanelControl {
 public:
+  virtual ~PanelControl() = default;
+
   virtual void SetInSight(bool isInSight) = 0;
   /// Settings without a fault. Those that filter nothing bring everything back.
   virtual void SetFilter(const FilterSettings& settings) = 0;
@@ -23,7 +25,6 @@ protected:
   PanelControl() = default;
   PanelControl(const PanelControl&) = default;
   PanelControl& operator=(const PanelControl&) = default;
-  ~PanelControl() = default;
 };
 
 }  // namespace script
