@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdio>
 #include <future>
 #include <string>
 #include <thread>
@@ -57,6 +58,8 @@ class OnATerminal {
 public:
   explicit OnATerminal(int (*program)())
   {
+    // What waits in buffers would be written twice.
+    std::fflush(nullptr);
     m_process = forkpty(&m_terminal, nullptr, nullptr, nullptr);
     if (m_process == 0) {
       _exit(program());

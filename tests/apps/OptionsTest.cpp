@@ -66,6 +66,46 @@ TEST(ParseOptions, Script_IsAFileOrTheStandardInput)
   EXPECT_EQ(Parse({"--script", "-", "a.stp"}).options->script, "-");
 }
 
+TEST(ParseOptions, WithoutAFilter_NothingIsLeftOut)
+{
+  EXPECT_EQ(Parse({"a.stp"}).options->filter, FilterSettings{});
+}
+
+TEST(ParseOptions, Filter_TakesItsTextAndLeavesFilesAlone)
+{
+  const ParsedOptions parsed =
+      Parse({"--filter", "hex nut", "--column", "Layer", "a.stp", "--column=name", "b.stp", "--sort", "Name", "c.stp"});
+
+  ASSERT_TRUE(parsed.options);
+  EXPECT_EQ(parsed.options->files, (std::vector<std::filesystem::path>{"a.stp", "b.stp", "c.stp"}));
+  EXPECT_EQ(parsed.options->filter, (FilterSettings{.text = "hex nut", .columns = {"Layer", "name"}, .sort = "Name"}));
+}
+
+TEST(ParseOptions, EachFilterFlag_SetsItsOwn)
+{
+  for (const FilterFlag& flag : GetFilterFlags()) {
+    FilterSettings expected{.text = "nut", .sort = "Name"};
+    expected.*(flag.isOn) = true;
+
+    const ParsedOptions parsed = Parse({"--filter", "nut", "--sort", "Name", std::string(flag.name), "a.stp"});
+
+    ASSERT_TRUE(parsed.options) << flag.name;
+    EXPECT_EQ(parsed.options->filter, expected) << flag.name;
+  }
+}
+
+TEST(ParseOptions, FaultsOfAFilter_AreFaultsOfUsage)
+{
+  for (const ParsedOptions& parsed :
+       {Parse({"--filter", "", "a.stp"}), Parse({"--filter", "a", "--filter", "b", "a.stp"}),
+        Parse({"--filter", "a", "--column", "Weight", "a.stp"}), Parse({"--whole-word", "a.stp"}),
+        Parse({"--visible", "--hidden", "a.stp"}), Parse({"--parts", "--descending", "a.stp"}),
+        Parse({"--siblings", "a.stp"}), Parse({"a.stp", "--sort"})}) {
+    EXPECT_FALSE(parsed.options);
+    EXPECT_EQ(parsed.exitCode, ExitUsage);
+  }
+}
+
 TEST(ParseOptions, Faults_GiveNoOptionsAndTheCodeForUsage)
 {
   for (const ParsedOptions& parsed :
