@@ -38,8 +38,9 @@ external files that are missing are warnings: they read as [failed].
 constexpr std::string_view s_aboutFilters =
     R"(A filter shows what meets all its options, with everything above it. The words of --filter have to
 be found in the name, in any order: nut finds Donut. A word with * (anything) or ? (one character)
-is the whole name: nut*. "Quotes" keep blanks and * as they are. Case is that of any language.
-Where nothing is found the last line is (no match). Columns of --column and --sort:
+has to match the whole name: nut*. In "quotes" blanks and * stand for themselves. Upper and lower
+case are one, in any language. Where nothing is found the last line is (no match). On a terminal a
+filter that takes long tells how far it is. Columns of --column and --sort:
 )";
 
 constexpr std::string_view s_aboutScripts =
@@ -62,7 +63,8 @@ constexpr std::string_view s_aboutExit =
   1    a file or a line of the script could not be read or played, the output could not be written,
        or --check found a violation
   2    the command line is wrong
-  130  Ctrl-C has ended the reading or a filter; of a panel under way nothing was printed to stdout)";
+  130  Ctrl-C has ended the reading or a filter: a script goes no further, and without one nothing
+       was printed to stdout)";
 
 void AppendLine(std::string& text, std::string usage, std::string_view summary)
 {
