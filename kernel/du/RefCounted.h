@@ -15,11 +15,11 @@ public:
 
   /// Adds a reference and returns the new count. `owner` is the address of the holding pointer, for the book-keeping
   /// of a kernel that does any; it may be null.
-  int AddReference(void* owner) const noexcept;
+  int AddReference(void* /*owner*/) const noexcept { return m_count.fetch_add(1, std::memory_order_relaxed) + 1; }
 
   /// Takes a reference away and returns the remaining count. It never destroys the object: that is
   /// `du::ReleaseReference`.
-  int RemoveReference(void* owner) const noexcept;
+  int RemoveReference(void* /*owner*/) const noexcept { return m_count.fetch_sub(1, std::memory_order_acq_rel) - 1; }
 
   /// Asked when the count has reached zero, while one reference is held again. False refuses to die: the object lives
   /// on with a count of one that no holder owns, and whoever refused sees to its end.
@@ -31,9 +31,19 @@ private:
   mutable std::atomic<int> m_count{0};
 };
 
+namespace detail {
+
+/// The last reference of `object` has gone.
+bool DestroyUnlessRefused(const RefCounted* object, void* owner);
+
+}  // namespace detail
+
 /// Lets go of one reference of `object`, which must not be null, and destroys the object when it was the last one and
 /// `ZeroReferenceCountHook` agrees. Returns true if the object was destroyed. Any thread; the destructor runs in the
 /// calling one.
-bool ReleaseReference(const RefCounted* object, void* owner);
+inline bool ReleaseReference(const RefCounted* object, void* owner)
+{
+  return object->RemoveReference(owner) == 0 && detail::DestroyUnlessRefused(object, owner);
+}
 
 }  // namespace du
