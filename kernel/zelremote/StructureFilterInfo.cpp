@@ -220,6 +220,7 @@ bool StructureFilterInfo::GetHideBodies() const
 
 void StructureFilterInfo::_PreparePattern()
 {
+  m_verdicts.Clear();
   m_search.SetPattern(std::make_shared<const TextPattern>(m_text, m_matchCase, m_matchWholeWord));
 }
 
@@ -270,6 +271,21 @@ bool StructureFilterInfo::_MeetsText(const zelk::BaseInstance& instance)
   if (!_HasTextCriterion()) {
     return true;
   }
+  if (m_columns.empty()) {
+    const du::Symbol name = instance.GetObjectName();
+    return m_verdicts.FindOrJudge(name, [this, &name] { return _HasAllIn(name); });
+  }
+  return _HasAllInFields(instance);
+}
+
+bool StructureFilterInfo::_HasAllIn(const du::Symbol& name)
+{
+  m_search.Begin();
+  return m_search.Add(name.GetView());
+}
+
+bool StructureFilterInfo::_HasAllInFields(const zelk::BaseInstance& instance)
+{
   m_search.Begin();
   if (m_searchName && m_search.Add(instance.GetObjectName().GetView())) {
     return true;

@@ -10,6 +10,7 @@
 #include "structure_utils/TreeFilterAdditionalInfo.h"
 #include "structure_utils/TreeFilterInfoBase.h"
 #include "zelremote/HiddenBranches.h"
+#include "zelremote/NameVerdicts.h"
 #include "zelremote/TextPattern.h"
 
 namespace zelremote {
@@ -165,6 +166,8 @@ private:
                                     const du::RefCounted* additionalInfo);
   [[nodiscard]] bool _MeetsKind(const zelk::BaseInstance& instance) const;
   [[nodiscard]] bool _MeetsText(const zelk::BaseInstance& instance);
+  [[nodiscard]] bool _HasAllIn(const du::Symbol& name);
+  [[nodiscard]] bool _HasAllInFields(const zelk::BaseInstance& instance);
   [[nodiscard]] bool _MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance,
                                 const structure_utils::TreeFilterAdditionalInfo& info) const;
   [[nodiscard]] bool _MeetsView(const du::ConstSmartPtr<zelk::Instance>& instance,
@@ -188,6 +191,7 @@ private:
   bool m_dynamicUpdate = false;
 
   TextSearch m_search;
+  NameVerdicts m_verdicts;
   /// Kept for its memory.
   std::string m_value;
   HiddenBranches m_hiddenBranches;
