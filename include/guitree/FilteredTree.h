@@ -150,7 +150,7 @@ private:
 
   /// Instances of nodes that the two sets do not list: ancestors of matches, spared ones, and what was filled on
   /// demand.
-  std::vector<du::SmartPtr<zelk::BaseInstance>> m_keptAlive;
+  InstanceList m_keptAlive;
   /// The trees of a cancelled run. Owned; the job takes them apart once it has told of its end.
   std::vector<Node*> m_discarded;
   std::size_t m_nodeCount = 0;

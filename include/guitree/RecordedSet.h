@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstddef>
+#include <deque>
 #include <functional>
 #include <iterator>
 #include <set>
@@ -15,11 +17,13 @@
 namespace guitree {
 
 using ByAddress = std::less<du::SmartPtr<zelk::BaseInstance>>;
+/// A long list that grows without moving what it holds, so that it never takes twice the room.
+using InstanceList = std::deque<du::SmartPtr<zelk::BaseInstance>>;
 
 /// Brings references to instances into the order of their addresses, or of their keys; equal ones stay in the order in
 /// which they came.
-void SortRecorded(std::vector<du::SmartPtr<zelk::BaseInstance>>& items, const ByAddress& order);
-void SortRecorded(std::vector<du::SmartPtr<zelk::BaseInstance>>& items, const InstsComperator& order);
+void SortRecorded(InstanceList& items, const ByAddress& order);
+void SortRecorded(InstanceList& items, const InstsComperator& order);
 
 /// An ordered set of instances that takes millions of entries quickly: they are appended as they come, and brought into
 /// order when somebody looks, or at a time of the owner's choice. Of instances that are equal in `Order` the first one
@@ -82,12 +86,11 @@ public:
     m_recorded = {};
     _DropRepeated();
   }
-  /// Moves all references to the end of `out`, which leaves the set empty.
-  void MoveTo(std::vector<Item>& out)
+  /// Hands out all references, whatever their order, which leaves the set empty. Constant cost.
+  void MoveTo(std::vector<InstanceList>& out)
   {
-    for (std::vector<Item>* items : {&m_ordered, &m_recorded, &m_equals}) {
-      std::move(items->begin(), items->end(), std::back_inserter(out));
-      *items = {};
+    for (InstanceList* items : {&m_ordered, &m_recorded, &m_equals}) {
+      out.push_back(std::exchange(*items, {}));
     }
   }
   [[nodiscard]] std::size_t GetSizeBound() const noexcept
@@ -112,10 +115,10 @@ private:
   }
 
   /// Looking brings the entries into order, which does not change the set.
-  mutable std::vector<Item> m_ordered;
-  mutable std::vector<Item> m_recorded;
+  mutable InstanceList m_ordered;
+  mutable InstanceList m_recorded;
   /// Instances that a node may show although the set lists an equal one.
-  mutable std::vector<Item> m_equals;
+  mutable InstanceList m_equals;
 };
 
 }  // namespace guitree

@@ -49,7 +49,8 @@ FilteredTree::~FilteredTree()
   trees.push_back(root);
   trees.push_back(hfRoot);
   const std::size_t size = m_nodeCount + matchedItems.GetSizeBound() + createdItems.GetSizeBound() + m_keptAlive.size();
-  std::vector<du::SmartPtr<zelk::BaseInstance>> references = std::move(m_keptAlive);
+  std::vector<InstanceList> references;
+  references.push_back(std::move(m_keptAlive));
   matchedItems.MoveTo(references);
   createdItems.MoveTo(references);
   ResultDisposal::Dispose(std::move(trees), std::move(references), size);

@@ -2,20 +2,14 @@
 
 #include <utility>
 
+#include "facade/RunningPool.h"
 #include "filter/NodeLinks.h"
-#include "zelk/World.h"
 
 namespace guitree {
 namespace {
 
 /// Nodes and references up to which a worker is not worth its while: about a millisecond.
 constexpr std::size_t s_smallSize = 20000;
-
-du::TaskPool* FindTaskPool()
-{
-  const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
-  return world ? world->GetTaskPool() : nullptr;
-}
 
 /// Lets go of a reference unless it is the last one. True if it has.
 bool ReleaseIfShared(du::SmartPtr<zelk::BaseInstance>& reference)
@@ -39,7 +33,7 @@ void ResultDisposal::Dispose(std::vector<FilteredTree::Node*> trees, References 
   if (size <= s_smallSize) {
     return;
   }
-  if (du::TaskPool* const pool = FindTaskPool()) {
+  if (du::TaskPool* const pool = FindRunningPool()) {
     pool->InsertTask(disposal);
   }
 }
@@ -74,13 +68,16 @@ void ResultDisposal::_DestroyTrees()
 
 void ResultDisposal::_ReleaseShared()
 {
-  References last;
-  for (auto& reference : m_references) {
-    if (!ReleaseIfShared(reference)) {
-      last.push_back(std::move(reference));
+  InstanceList last;
+  for (InstanceList& references : m_references) {
+    for (auto& reference : references) {
+      if (!ReleaseIfShared(reference)) {
+        last.push_back(std::move(reference));
+      }
     }
   }
-  m_references.swap(last);
+  m_references.clear();
+  m_references.push_back(std::move(last));
 }
 
 }  // namespace guitree

@@ -5,7 +5,7 @@
 #include "du/SmartPtr.h"
 #include "du/Task.h"
 #include "guitree/FilteredTree.h"
-#include "zelk/BaseInstance.h"
+#include "guitree/RecordedSet.h"
 
 namespace guitree {
 
@@ -14,7 +14,7 @@ namespace guitree {
 /// kernel's, and end on the owner's thread.
 class ResultDisposal : public du::Task {
 public:
-  using References = std::vector<du::SmartPtr<zelk::BaseInstance>>;
+  using References = std::vector<InstanceList>;
 
   /// Owner's thread. Takes over the trees and the references. Small results, and those without a running world, are
   /// taken apart at once.

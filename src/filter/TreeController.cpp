@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "facade/Pin.h"
+#include "facade/RunningPool.h"
 #include "filter/TCAsyncEvent.h"
 #include "guitree/GuiInterface.h"
 #include "guitree/GuiTree.h"
@@ -94,8 +95,7 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
     return;
   }
   event->task = task;
-  const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
-  du::TaskPool* const pool = world ? world->GetTaskPool() : nullptr;
+  du::TaskPool* const pool = FindRunningPool();
   if (!pool) {
     // Nobody would ever run it: it ends as a job without a result.
     event->Complete();

@@ -9,6 +9,7 @@
 #include "guitree/GuiTree.h"
 #include "guitree/TreeController.h"
 #include "state/AddNodeVisitor.h"
+#include "state/FormerRows.h"
 #include "state/TreeStateFilterObserver.h"
 
 namespace guitree {
@@ -154,7 +155,7 @@ bool TreeStateBase::_Refill()
   structure_utils::TreeFilterInfoBase& filter = _GetCurrentFilter();
   // The host needs no word about the highlights that this drops: their rows go next.
   assocHlightSet.clear();
-  notFilteredSet.clear();
+  const FormerRows formerRows(notFilteredSet);
   const unsigned int population = ++m_population;
   _Gui().ClearTree();
   if (!_CanShowRows()) {
