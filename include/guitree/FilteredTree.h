@@ -50,7 +50,8 @@ public:
   ~FilteredTree() override;
   [[nodiscard]] bool ZeroReferenceCountHook() const override;
 
-  /// Replaces `out` with the instances that passed the filter. Costs their number.
+  /// Replaces `out` with the instances that passed the filter. Costs their number, and at the first time a sort of
+  /// them: nothing in the library asks, so no run pays for their order.
   virtual void GetMatchedFilterItems(InstanceSet& out) const;
   /// Whether nothing passed the filter. There may be nodes all the same: the root, and ancestors.
   [[nodiscard]] virtual bool IsFilteredTreeEmpty() const;
@@ -147,6 +148,7 @@ private:
   void _DestroyBranch(Node* node);
   void _ResetTrees();
   void _KeepAlive(zelk::BaseInstance* instance);
+  void _AddSibling(const du::SmartPtr<zelk::BaseInstance>& instance, bool isCreated);
 
   /// Instances of nodes that the two sets do not list: ancestors of matches, spared ones, and what was filled on
   /// demand.
@@ -154,6 +156,8 @@ private:
   /// The trees of a cancelled run. Owned; the job takes them apart once it has told of its end.
   std::vector<Node*> m_discarded;
   std::size_t m_nodeCount = 0;
+  /// Stands among the created items already; null for none.
+  const zelk::BaseInstance* m_knownSibling = nullptr;
 };
 
 }  // namespace guitree

@@ -20,10 +20,10 @@ using ByAddress = std::less<du::SmartPtr<zelk::BaseInstance>>;
 /// A long list that grows without moving what it holds, so that it never takes twice the room.
 using InstanceList = std::deque<du::SmartPtr<zelk::BaseInstance>>;
 
-/// Brings references to instances into the order of their addresses, or of their keys; equal ones stay in the order in
-/// which they came.
-void SortRecorded(InstanceList& items, const ByAddress& order);
-void SortRecorded(InstanceList& items, const InstsComperator& order);
+/// Brings references to instances into the order of their addresses, or of their keys. Of equal ones the first that
+/// came stays; the others, apart from those to the same instance, go to the end of `equals`.
+void SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& equals);
+void SortRecorded(InstanceList& items, const InstsComperator& order, InstanceList& equals);
 
 /// An ordered set of instances that takes millions of entries quickly: they are appended as they come, and brought into
 /// order when somebody looks, or at a time of the owner's choice. Of instances that are equal in `Order` the first one
@@ -60,11 +60,14 @@ public:
   }
   // clang-format off
   /// Nothing for an unknown instance. Does not bring the entries into order, which is why a set by keys has no such
-  /// operation: whether an equal instance has been passed over is known only afterwards.
+  /// operation: whether an equal instance has been passed over is known only afterwards. Looks through what is not in
+  /// order, which takes a millisecond for a million entries.
   void Erase(const Item& item)
     requires std::same_as<Order, ByAddress>
   {
-    std::erase(m_recorded, item);
+    for (auto entry = m_recorded.begin(); (entry = std::find(entry, m_recorded.end(), item)) != m_recorded.end();) {
+      entry = m_recorded.erase(entry);
+    }
     const auto [first, last] = std::equal_range(m_ordered.begin(), m_ordered.end(), item, Order());
     m_ordered.erase(first, last);
   }
@@ -75,15 +78,15 @@ public:
     if (m_recorded.empty()) {
       return;
     }
-    SortRecorded(m_recorded, Order());
+    SortRecorded(m_recorded, Order(), m_equals);
     if (m_ordered.empty()) {
       m_ordered.swap(m_recorded);
-    } else {
-      const auto middle = static_cast<std::ptrdiff_t>(m_ordered.size());
-      m_ordered.insert(m_ordered.end(), std::move_iterator(m_recorded.begin()), std::move_iterator(m_recorded.end()));
-      std::inplace_merge(m_ordered.begin(), m_ordered.begin() + middle, m_ordered.end(), Order());
+      return;
     }
-    m_recorded = {};
+    const auto middle = static_cast<std::ptrdiff_t>(m_ordered.size());
+    m_ordered.insert(m_ordered.end(), std::move_iterator(m_recorded.begin()), std::move_iterator(m_recorded.end()));
+    m_recorded.clear();
+    std::inplace_merge(m_ordered.begin(), m_ordered.begin() + middle, m_ordered.end(), Order());
     _DropRepeated();
   }
   /// Hands out all references, whatever their order, which leaves the set empty. Constant cost.

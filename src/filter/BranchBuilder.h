@@ -28,17 +28,19 @@ public:
   /// Null when the run is cancelled on the way; what has been built stays linked.
   Node* Build(Node* parent, const Child& top)
   {
-    Node* const result = _Open(parent, top);
+    Node* const result = _Open(parent, top, _GetReference(top));
     while (m_depth > 0) {
       Level& level = _GetLevel();
       if (level.next == level.children.size()) {
         _Close(level);
         continue;
       }
-      const Child& child = level.children[level.next++];
-      _JudgeChild(level, child);
+      const Child& child = level.children[level.next];
+      const Instance& reference = _GetReference(child);
+      _JudgeChild(level, reference);
+      ++level.next;
       const std::size_t depth = m_depth;
-      Node* const node = _Open(level.node, child);
+      Node* const node = _Open(level.node, child, reference);
       if (!node) {
         return nullptr;
       }
@@ -50,12 +52,16 @@ public:
   }
 
 private:
+  using Instance = du::SmartPtr<zelk::BaseInstance>;
+
   /// A node whose children are being made. Levels are used again, for the sake of their lists.
   struct Level {
     Node* node = nullptr;
     std::vector<Child> children;
     std::size_t next = 0;
     bool hasMatchedSibling = false;
+    /// Of each child that was judged in the search for a match: whether it stands among the created items since then.
+    std::vector<bool> isCreated;
     /// Of the child under way.
     bool isKept = false;
     bool isRecorded = false;
@@ -66,14 +72,14 @@ private:
   [[nodiscard]] Level& _GetLevel() { return m_levels[m_depth - 1]; }
 
   /// Makes the node, and a level for its children if there are any. Null when the run is cancelled.
-  Node* _Open(Node* parent, const Child& child)
+  Node* _Open(Node* parent, const Child& child, const Instance& reference)
   {
     if (m_info.IsCanceled()) {
       return nullptr;
     }
     Node* const node = m_tree._NewNode(parent, _GetInstance(child), m_hiddenPass);
     m_info.CountNode();
-    if (!m_tree.firstFilteredNode && !_IsFilteredOut(child)) {
+    if (!m_tree.firstFilteredNode && !_IsFilteredOut(reference)) {
       m_tree.firstFilteredNode = node;
     }
     if (_HasChildren(child)) {
@@ -93,35 +99,38 @@ private:
     level.next = 0;
     level.pendingBranch = nullptr;
     _FillChildren(level.children, child);
-    level.hasMatchedSibling = m_info.filter.GetShowSiblings() && _HasMatch(level.children);
+    level.hasMatchedSibling = m_info.filter.GetShowSiblings() && _FindMatch(level);
   }
 
-  [[nodiscard]] bool _HasMatch(const std::vector<Child>& children)
+  [[nodiscard]] bool _FindMatch(Level& level)
   {
     bool hasMatch = false;
-    for (const Child& child : children) {
-      if (_IsFilteredOut(child)) {
-        continue;
-      }
-      hasMatch = true;
-      if (!m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
+    level.isCreated.clear();
+    for (const Child& child : level.children) {
+      const Instance& reference = _GetReference(child);
+      const bool isMatch = !_IsFilteredOut(reference);
+      level.isCreated.push_back(isMatch && m_tree.createdItems.IsRecordedLast(reference));
+      hasMatch = hasMatch || isMatch;
+      if (isMatch && !m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
         break;
       }
     }
+    level.isCreated.resize(level.children.size());
     return hasMatch;
   }
 
-  void _JudgeChild(Level& level, const Child& child)
+  void _JudgeChild(Level& level, const Instance& child)
   {
+    const bool isCreated = level.hasMatchedSibling && level.isCreated[level.next];
     if (!level.hasMatchedSibling) {
       level.isKept = !_IsFilteredOut(child);
     } else {
       level.isKept = true;
       if (m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
-        m_tree.AddMatchedFilterItem(_GetReference(child), false);
+        m_tree._AddSibling(child, isCreated);
       }
     }
-    level.isRecorded = m_tree.createdItems.IsRecordedLast(_GetReference(child));
+    level.isRecorded = isCreated || m_tree.createdItems.IsRecordedLast(child);
   }
 
   void _FinishChild(Level& level, Node* node)
@@ -154,12 +163,10 @@ private:
     }
   }
 
-  [[nodiscard]] bool _IsFilteredOut(const Child& child)
+  [[nodiscard]] bool _IsFilteredOut(const Instance& child)
   {
-    return m_info._IsItemFilteredOut(_GetReference(child), m_hiddenPass, &m_tree);
+    return m_info._IsItemFilteredOut(child, m_hiddenPass, &m_tree);
   }
-
-  using Instance = du::SmartPtr<zelk::BaseInstance>;
 
   static zelk::BaseInstance* _GetInstance(const Instance& child) { return child.Get(); }
   static zelk::BaseInstance* _GetInstance(const Node* child) { return child->instance; }

@@ -91,10 +91,19 @@ void FilteredTree::AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& 
   if (!instance) {
     return;
   }
-  createdItems.Record(instance);
+  if (matched || instance.Get() != m_knownSibling) {
+    createdItems.Record(instance);
+  }
   if (matched) {
     matchedItems.Record(instance);
   }
+}
+
+void FilteredTree::_AddSibling(const du::SmartPtr<zelk::BaseInstance>& instance, bool isCreated)
+{
+  m_knownSibling = isCreated ? instance.Get() : nullptr;
+  AddMatchedFilterItem(instance, false);
+  m_knownSibling = nullptr;
 }
 
 bool FilteredTree::IsFilteredOutByAdditionalCheck(structure_utils::TreeFilterInfoBase& /*filter*/,

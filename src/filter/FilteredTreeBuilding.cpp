@@ -115,7 +115,6 @@ void FilteredTree::_EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeIn
     _NewNode(_NewNode(nullptr, rootInstance, false), nullptr, false);
     return;
   }
-  matchedItems.Settle();
   createdItems.Settle();
   if (info.asyncEvent) {
     info.asyncEvent->Progress(100);

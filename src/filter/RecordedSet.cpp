@@ -17,7 +17,7 @@ std::vector<du::Symbol> NumberKeys(const InstanceList& items, std::vector<std::u
   numbers.reserve(items.size());
   for (const auto& item : items) {
     const du::Symbol key = item ? item->GetInstanceKey() : du::Symbol();
-    const auto [entry, isNew] = known.emplace(key.GetText(), static_cast<std::uint32_t>(keys.size()));
+    const auto [entry, isNew] = known.try_emplace(key.GetText(), static_cast<std::uint32_t>(keys.size()));
     if (isNew) {
       keys.push_back(key);
     }
@@ -65,53 +65,80 @@ void MoveToPlaces(InstanceList& items, std::vector<std::uint32_t>& places)
   }
 }
 
+/// Orders items of one first key by the second.
 class SubKeySort {
 public:
-  void operator()(InstanceList::iterator first, InstanceList::iterator last)
+  explicit SubKeySort(InstanceList& equals) : m_equals(equals) {}
+
+  /// Moves what stays to `out`, which does not lie behind `first`, and answers where that ends.
+  InstanceList::iterator operator()(InstanceList::iterator first, InstanceList::iterator last,
+                                    InstanceList::iterator out)
   {
-    m_keyed.clear();
-    for (auto item = first; item != last; ++item) {
-      m_keyed.emplace_back(*item ? (*item)->GetInstanceSubKey().GetText() : nullptr, item->Get());
+    _ReadKeys(first, last);
+    const bool isOrdered = std::adjacent_find(m_keyed.begin(), m_keyed.end(), std::not_fn(IsBefore)) == m_keyed.end();
+    if (isOrdered) {
+      return out == first ? last : std::move(first, last, out);
     }
-    const auto isBefore = [](const Keyed& a, const Keyed& b) { return std::less<>()(a.first, b.first); };
-    if (std::is_sorted(m_keyed.begin(), m_keyed.end(), isBefore)) {
-      return;
+    std::stable_sort(m_keyed.begin(), m_keyed.end(), IsBefore);
+    std::move(first, last, std::back_inserter(m_items));
+    for (auto entry = m_keyed.begin(); entry != m_keyed.end();) {
+      const auto end = std::find_if(entry, m_keyed.end(), [&](const Keyed& other) { return other.key != entry->key; });
+      *out = std::move(m_items[entry->place]);
+      _KeepEqual(entry + 1, end, *out);
+      ++out;
+      entry = end;
     }
-    std::stable_sort(m_keyed.begin(), m_keyed.end(), isBefore);
-    _Reorder(first);
+    m_items.clear();
+    return out;
   }
 
 private:
-  using Keyed = std::pair<const char*, zelk::BaseInstance*>;
+  struct Keyed {
+    const char* key = nullptr;
+    std::size_t place = 0;
+  };
+  using Entries = std::vector<Keyed>;
 
-  void _Reorder(InstanceList::iterator first)
+  [[nodiscard]] static bool IsBefore(const Keyed& a, const Keyed& b) { return std::less<>()(a.key, b.key); }
+
+  void _ReadKeys(InstanceList::const_iterator first, InstanceList::const_iterator last)
   {
-    std::vector<du::SmartPtr<zelk::BaseInstance>> ordered;
-    ordered.reserve(m_keyed.size());
-    for (const auto& [key, item] : m_keyed) {
-      ordered.emplace_back(item);
+    m_keyed.clear();
+    for (auto item = first; item != last; ++item) {
+      m_keyed.push_back({*item ? (*item)->GetInstanceSubKey().GetText() : nullptr, m_keyed.size()});
     }
-    std::move(ordered.begin(), ordered.end(), first);
   }
 
-  /// Kept for its memory.
-  std::vector<Keyed> m_keyed;
+  void _KeepEqual(Entries::const_iterator first, Entries::const_iterator last, const InstanceList::value_type& kept)
+  {
+    for (auto entry = first; entry != last; ++entry) {
+      if (m_items[entry->place] != kept) {
+        m_equals.push_back(std::move(m_items[entry->place]));
+      }
+    }
+  }
+
+  InstanceList& m_equals;
+  /// Both kept for their memory.
+  Entries m_keyed;
+  std::vector<du::SmartPtr<zelk::BaseInstance>> m_items;
 };
 
 }  // namespace
 
-void SortRecorded(InstanceList& items, const ByAddress& order)
+void SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& /*equals*/)
 {
   // Kernels allocate instances in the order in which they are walked, as a rule.
   if (!std::is_sorted(items.begin(), items.end(), order)) {
     std::sort(items.begin(), items.end(), order);
   }
+  items.erase(std::unique(items.begin(), items.end()), items.end());
 }
 
 /// Items of one first key are counted into one group, in place, and each group is ordered by the second keys. An order
 /// by comparisons alone, which reads the keys of both sides at each, takes ten times as long for a million instances;
 /// one over a list of keys as well as items takes half as much memory again as all the nodes.
-void SortRecorded(InstanceList& items, const InstsComperator& /*order*/)
+void SortRecorded(InstanceList& items, const InstsComperator& /*order*/, InstanceList& equals)
 {
   std::vector<std::uint32_t> places;
   const std::vector<du::Symbol> keys = NumberKeys(items, places);
@@ -122,13 +149,15 @@ void SortRecorded(InstanceList& items, const InstsComperator& /*order*/)
   }
   MoveToPlaces(items, places);
   places = {};
-  SubKeySort sortBySubKeys;
+  SubKeySort sortBySubKeys(equals);
   auto first = items.begin();
+  auto out = first;
   for (const std::uint32_t number : order) {
     const auto last = items.begin() + static_cast<std::ptrdiff_t>(ends[number]);
-    sortBySubKeys(first, last);
+    out = sortBySubKeys(first, last, out);
     first = last;
   }
+  items.erase(out, items.end());
 }
 
 }  // namespace guitree

@@ -128,10 +128,14 @@ TEST(RecordedSet, EqualInstances_AreKeptAliveThoughOnlyTheFirstIsListed)
 
   EXPECT_EQ(ListOf(set), Instances{first});
   EXPECT_TRUE(set.Contains(du::MakeSmart<PairedInstance>(0)));
-  std::vector<Instance> held;
+  std::vector<guitree::InstanceList> held;
   set.MoveTo(held);
-  EXPECT_EQ(held.size(), 2u);
-  EXPECT_EQ(held.back().Get(), other);
+  Instances all;
+  for (const guitree::InstanceList& list : held) {
+    all.insert(all.end(), list.begin(), list.end());
+  }
+  EXPECT_EQ(all.size(), 2u);
+  EXPECT_EQ(all.back().Get(), other);
   EXPECT_TRUE(set.IsEmpty());
   EXPECT_EQ(set.GetSizeBound(), 0u);
 }
