@@ -7,6 +7,11 @@ std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& /*tree*/)
   return {};
 }
 
+std::vector<std::unique_ptr<FilterPeer>> MakeFilterPeers(const zelk::BaseTree& /*tree*/)
+{
+  return {};
+}
+
 std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& /*tree*/,
                                                                bool /*withHiddenBranch*/)
 {

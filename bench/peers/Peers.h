@@ -47,6 +47,26 @@ public:
 [[nodiscard]] std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseTree& tree,
                                                                              bool withHiddenBranch);
 
+/// A model of the rows behind a filter that keeps the ancestors of a match.
+class FilterPeer {
+public:
+  FilterPeer() = default;
+  FilterPeer(const FilterPeer&) = delete;
+  FilterPeer& operator=(const FilterPeer&) = delete;
+  virtual ~FilterPeer() = default;
+
+  [[nodiscard]] virtual std::string GetName() const = 0;
+  /// Filters by a text in the names, whatever the case, and reads each row that is left, once.
+  virtual void Filter(const std::string& text) = 0;
+  /// The rows that were read.
+  [[nodiscard]] virtual std::size_t GetRowCount() const = 0;
+  /// Forgets the filter.
+  virtual void Clear() = 0;
+};
+
+/// As `MakePeers`; each is filled with the rows of the tree.
+[[nodiscard]] std::vector<std::unique_ptr<FilterPeer>> MakeFilterPeers(const zelk::BaseTree& tree);
+
 /// The peers of this build, for a tree that outlives them; none if they were left out.
 [[nodiscard]] std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& tree);
 

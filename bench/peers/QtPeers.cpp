@@ -56,6 +56,15 @@ std::size_t ReadModel(const QAbstractItemModel& model)
   return count;
 }
 
+void FillLeanModel(const zelk::BaseTree& tree, const Texts& texts, LeanModel& model)
+{
+  model.Reserve(texts.inOrder.size());
+  auto text = texts.inOrder.begin();
+  WalkDepthFirst(tree,
+                 [&](const zelk::BaseInstance& /*instance*/, std::size_t depth) { model.Append(*text++, depth); });
+  model.Finish();
+}
+
 class QtPeer : public Peer {
 public:
   QtPeer(const zelk::BaseTree& tree, std::shared_ptr<const Texts> texts) : m_tree(tree), m_texts(std::move(texts)) {}
@@ -94,20 +103,37 @@ public:
   using QtPeer::QtPeer;
 
   std::string GetName() const override { return "lean"; }
-  void Fill() override
-  {
-    m_model.emplace();
-    m_model->Reserve(m_texts->inOrder.size());
-    auto text = m_texts->inOrder.begin();
-    WalkDepthFirst(m_tree,
-                   [&](const zelk::BaseInstance& /*instance*/, std::size_t depth) { m_model->Append(*text++, depth); });
-    m_model->Finish();
-  }
+  void Fill() override { FillLeanModel(m_tree, *m_texts, m_model.emplace()); }
   std::size_t ReadAll() const override { return ReadModel(*m_model); }
   void Clear() override { m_model.reset(); }
 
 private:
   std::optional<LeanModel> m_model;
+};
+
+/// The filter that Qt offers, over the leanest model. A fresh one each time: under an old one a new filter costs what
+/// it takes out and puts in row by row as well.
+class RecursiveProxy final : public FilterPeer {
+public:
+  explicit RecursiveProxy(const zelk::BaseTree& tree) { FillLeanModel(tree, *MakeTexts(tree), m_model); }
+
+  std::string GetName() const override { return "proxy"; }
+  void Filter(const std::string& text) override
+  {
+    m_proxy.emplace();
+    m_proxy->setRecursiveFilteringEnabled(true);
+    m_proxy->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    m_proxy->setFilterFixedString(QString::fromStdString(text));
+    m_proxy->setSourceModel(&m_model);
+    m_rows = ReadModel(*m_proxy);
+  }
+  std::size_t GetRowCount() const override { return m_rows; }
+  void Clear() override { m_proxy.reset(); }
+
+private:
+  LeanModel m_model;
+  std::optional<QSortFilterProxyModel> m_proxy;
+  std::size_t m_rows = 0;
 };
 
 /// Fills `model` with the rows of the tree; answers the last row of the first half of the walk that has children.
@@ -194,6 +220,13 @@ std::vector<std::unique_ptr<InsertionPeer>> MakeInsertionPeers(const zelk::BaseT
   if (withHiddenBranch) {
     peers.push_back(std::make_unique<FilterProxy>(tree, "rare", "New part"));
   }
+  return peers;
+}
+
+std::vector<std::unique_ptr<FilterPeer>> MakeFilterPeers(const zelk::BaseTree& tree)
+{
+  std::vector<std::unique_ptr<FilterPeer>> peers;
+  peers.push_back(std::make_unique<RecursiveProxy>(tree));
   return peers;
 }
 
