@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "CountedKernel.h"
 #include "EngineStage.h"
 #include "memkernel/ReadWriteLock.h"
@@ -5,6 +7,19 @@
 
 namespace filtertest {
 namespace {
+
+/// Lets the hidden tree have unfilled branches under the nodes of those names when the second pass begins.
+void PlantInHiddenTree(Stage& stage, const Names& names)
+{
+  stage.tree->onJudging = [&stage, names, isPlanted = false](bool hiddenPass) mutable {
+    if (hiddenPass || std::exchange(isPlanted, true)) {
+      return;
+    }
+    for (const std::string& name : names) {
+      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, name));
+    }
+  };
+}
 
 TEST(BuildTreePasses, HiddenFilterAlone_BecomesTheRootAndCountsNothing)
 {
@@ -116,12 +131,7 @@ TEST(BuildTreePasses, APlaceholderInTheHiddenTree_MakesItsParentsBranchTheLastOf
   Stage stage("root[a[x] b c]");
   stage.Hide({});
   stage.LetThrough({"...", "a", "b", "c"});
-  stage.tree->onJudging = [&stage, isPlanted = false](bool hiddenPass) mutable {
-    if (!hiddenPass && !isPlanted) {
-      isPlanted = true;
-      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "a"));
-    }
-  };
+  PlantInHiddenTree(stage, {"a"});
 
   stage.Build();
 
@@ -137,13 +147,7 @@ TEST(BuildTreePasses, OfSeveralUnfilledBranches_TheLastOneMovesToTheEnd)
     stage.Hide({});
     stage.LetThrough({"...", "a", "b", "c"});
     stage.filter.sortColumn = du::DualSymbol("", isSorted ? "Mass" : "");
-    stage.tree->onJudging = [&stage, isPlanted = false](bool hiddenPass) mutable {
-      if (!hiddenPass && !isPlanted) {
-        isPlanted = true;
-        OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "a"));
-        OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "b"));
-      }
-    };
+    PlantInHiddenTree(stage, {"a", "b"});
 
     stage.Build();
 
@@ -152,17 +156,25 @@ TEST(BuildTreePasses, OfSeveralUnfilledBranches_TheLastOneMovesToTheEnd)
   }
 }
 
+TEST(BuildTreePasses, UnfilledBranch_MovesAmongItsSiblingsAlone)
+{
+  Stage stage("root[p[a b] q[c d]]");
+  stage.Hide({});
+  stage.LetThrough({"...", "p", "a", "b", "q", "c", "d"});
+  PlantInHiddenTree(stage, {"a"});
+
+  stage.Build();
+
+  EXPECT_EQ(stage.GetRows(), "root[p[b a[...]] q[c d]]");
+  ExpectLinked(stage.tree->root);
+}
+
 TEST(BuildTreePasses, UnfilledBranchAtTheEnd_StaysWhereItIs)
 {
   Stage stage("root[a b]");
   stage.Hide({});
   stage.LetThrough({"...", "a", "b"});
-  stage.tree->onJudging = [&stage, isPlanted = false](bool hiddenPass) mutable {
-    if (!hiddenPass && !isPlanted) {
-      isPlanted = true;
-      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "b"));
-    }
-  };
+  PlantInHiddenTree(stage, {"b"});
 
   stage.Build();
 
@@ -175,13 +187,7 @@ TEST(BuildTreePasses, RejectedBranchesWithNothingButAPlaceholder_ArePruned)
   Stage stage("root[a b[x] c]");
   stage.Hide({});
   stage.LetThrough({"...", "x", "c"});
-  stage.tree->onJudging = [&stage, isPlanted = false](bool hiddenPass) mutable {
-    if (!hiddenPass && !isPlanted) {
-      isPlanted = true;
-      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "a"));
-      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "b"));
-    }
-  };
+  PlantInHiddenTree(stage, {"a", "b"});
 
   stage.Build();
 
@@ -195,12 +201,7 @@ TEST(BuildTreePasses, RejectedPlaceholders_ArePruned)
   Stage stage("root[a b]");
   stage.Hide({});
   stage.LetThrough({"a", "b"});
-  stage.tree->onJudging = [&stage, isPlanted = false](bool hiddenPass) mutable {
-    if (!hiddenPass && !isPlanted) {
-      isPlanted = true;
-      OpenTree::AddPlaceholder(Find(stage.tree->hfRoot, "a"));
-    }
-  };
+  PlantInHiddenTree(stage, {"a"});
 
   stage.Build();
 

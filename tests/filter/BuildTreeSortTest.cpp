@@ -103,6 +103,25 @@ TEST(BuildTreeSort, ColumnWithOneEmptyPart_IsAColumn)
   }
 }
 
+TEST(BuildTreeSort, ManyRowsOfEqualValue_KeepTheKernelsOrder)
+{
+  std::string rows = "root[n0";
+  for (int number = 1; number < 100; ++number) {
+    rows += " n" + std::to_string(number);
+  }
+  rows += "]";
+  for (const bool isAscending : {true, false}) {
+    Stage stage(rows);
+    stage.filter.filtersOut = nullptr;
+    stage.filter.sortAscending = isAscending;
+    stage.filter.sortColumn = du::DualSymbol("", "Mass");
+
+    stage.Build();
+
+    EXPECT_EQ(stage.GetRows(), rows);
+  }
+}
+
 TEST(BuildTreeSort, EveryLevelIsSortedByItself)
 {
   Stage stage("root[b[y x] a[q p]]");

@@ -12,6 +12,13 @@ namespace {
 
 using Chosen = std::set<const zelk::BaseInstance*>;
 
+/// One of the items, by a random number: a case that is played again while it is made smaller has other objects.
+template <typename Item>
+const Item& PickFrom(const std::vector<Item>& items)
+{
+  return items[*rc::gen::inRange<std::size_t>(0, items.size()) % items.size()];
+}
+
 /// A random kernel tree with a filter that judges by random sets of instances.
 class RandomRun {
 public:
@@ -29,7 +36,7 @@ public:
     filter.hasHiddenPass = *rc::gen::arbitrary<bool>();
     filter.isHiddenPassAll = *rc::gen::inRange(0, 4) == 0;
     filter.sortAscending = *rc::gen::arbitrary<bool>();
-    filter.sortColumn = *rc::gen::elementOf(std::vector<du::DualSymbol>{{"", ""}, {"", "Mass"}, {"Physical", ""}});
+    filter.sortColumn = PickFrom(std::vector<du::DualSymbol>{{"", ""}, {"", "Mass"}, {"Physical", ""}});
     m_rejected = _Choose({0, 50, 90, 100});
     m_hidden = _Choose({0, 10, 50});
     m_rejectedAtRoot = _Choose({0, 50});
@@ -44,7 +51,7 @@ public:
   /// The root as a rule, at times an instance below it.
   [[nodiscard]] Instance PickTop() const
   {
-    return *rc::gen::inRange(0, 4) == 0 ? Instance(*rc::gen::elementOf(m_instances)) : Instance(m_instances.front());
+    return *rc::gen::inRange(0, 4) == 0 ? Instance(PickFrom(m_instances)) : Instance(m_instances.front());
   }
   void Build(const Instance& top, zelk::AsyncEvent* event = nullptr)
   {
@@ -67,20 +74,20 @@ private:
     }
     const int size = *rc::gen::inRange(1, 40);
     for (int number = 0; number < size; ++number) {
-      const auto product = *rc::gen::elementOf(products);
+      const auto product = PickFrom(products);
       const du::Symbol name(std::string_view("n" + std::to_string(number)));
       m_instances.push_back(number == 0 ? m_kernel->CreateRoot(product, name)
-                                        : m_kernel->AddChild(*rc::gen::elementOf(m_instances), product, name));
+                                        : m_kernel->AddChild(PickFrom(m_instances), product, name));
       if (*rc::gen::inRange(0, 3) != 0) {
-        m_kernel->SetProperty(m_instances.back(), "", "Mass", *rc::gen::elementOf(values));
-        m_kernel->SetProperty(m_instances.back(), "Physical", "", *rc::gen::elementOf(values));
+        m_kernel->SetProperty(m_instances.back(), "", "Mass", PickFrom(values));
+        m_kernel->SetProperty(m_instances.back(), "Physical", "", PickFrom(values));
       }
     }
   }
   /// So many in a hundred, of which one number holds for the whole of the tree.
   [[nodiscard]] Chosen _Choose(const std::vector<int>& shares) const
   {
-    const int share = *rc::gen::elementOf(shares);
+    const int share = PickFrom(shares);
     Chosen chosen;
     for (const auto& instance : m_instances) {
       if (*rc::gen::inRange(0, 100) < share) {
@@ -160,7 +167,7 @@ void ExpandAtRandom(OpenTree& tree, FilterModel& model)
     if (filled.empty()) {
       return;
     }
-    zelk::BaseInstance* const parent = *rc::gen::elementOf(filled);
+    zelk::BaseInstance* const parent = PickFrom(filled);
     std::list<Node*> created;
     model.AddPlaceholder(parent);
 

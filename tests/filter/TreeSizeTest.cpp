@@ -274,6 +274,18 @@ TEST(WideTree, WithAllMatching_ReadsFewKeysAnInstance)
   EXPECT_LE(wide.kernel.reads.keys, 36 * wide.GetSize());
 }
 
+TEST(WideTree, ThatIsBuilt_AnswersWithoutASort)
+{
+  WideStage wide;
+  wide.Build();
+  wide.kernel.reads = {};
+
+  EXPECT_TRUE(wide.GetTree().IsContainItem(wide.kernel.GetInstances()[77]));
+
+  // A search by halves: two keys a comparison.
+  EXPECT_LE(wide.kernel.reads.keys, 2u * 20u);
+}
+
 TEST(WideTree, Sorted_ReadsEachPropertyOnce)
 {
   WideStage wide;
