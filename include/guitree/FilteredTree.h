@@ -139,6 +139,16 @@ private:
   template <typename Child>
   class BranchBuilder;
 
+  /// Trees that nobody can reach any more, and so no derived class can take out of a copy: a copy begins without any.
+  struct DiscardedTrees {
+    DiscardedTrees() = default;
+    DiscardedTrees(const DiscardedTrees&) {}
+    DiscardedTrees& operator=(const DiscardedTrees&) { return *this; }
+    ~DiscardedTrees() = default;
+
+    std::vector<Node*> list;
+  };
+
   void _BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInstance, BuildTreeInfo& info);
   void _EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeInfo& info);
   Node* _NewNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass);
@@ -154,7 +164,7 @@ private:
   /// demand.
   InstanceList m_keptAlive;
   /// The trees of a cancelled run. Owned; the job takes them apart once it has told of its end.
-  std::vector<Node*> m_discarded;
+  DiscardedTrees m_discarded;
   std::size_t m_nodeCount = 0;
   /// Stands among the created items already; null for none.
   const zelk::BaseInstance* m_knownSibling = nullptr;

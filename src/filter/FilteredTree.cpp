@@ -45,7 +45,7 @@ FilteredTree& FilteredTree::operator=(const FilteredTree&) = default;
 
 FilteredTree::~FilteredTree()
 {
-  std::vector<Node*> trees = std::move(m_discarded);
+  std::vector<Node*> trees = std::move(m_discarded.list);
   trees.push_back(root);
   trees.push_back(hfRoot);
   const std::size_t size = m_nodeCount + matchedItems.GetSizeBound() + createdItems.GetSizeBound() + m_keptAlive.size();

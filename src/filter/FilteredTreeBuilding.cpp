@@ -109,8 +109,8 @@ void FilteredTree::_BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInst
 void FilteredTree::_EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeInfo& info)
 {
   if (info.IsCanceled()) {
-    m_discarded.push_back(std::exchange(root, nullptr));
-    m_discarded.push_back(std::exchange(hfRoot, nullptr));
+    m_discarded.list.push_back(std::exchange(root, nullptr));
+    m_discarded.list.push_back(std::exchange(hfRoot, nullptr));
     _ResetTrees();
     _NewNode(_NewNode(nullptr, rootInstance, false), nullptr, false);
     return;

@@ -56,7 +56,7 @@ void GenerateFilteredTreeTask::Run()
     _Build();
   }
   // Taking a large tree apart takes longer than building it has, when it is cancelled: nobody need wait for that.
-  const std::vector<FilteredTree::Node*> discarded = std::exchange(filteredTree->m_discarded, {});
+  const std::vector<FilteredTree::Node*> discarded = std::exchange(filteredTree->m_discarded.list, {});
   if (asyncEvent) {
     asyncEvent->Complete();
   }

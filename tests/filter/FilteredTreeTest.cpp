@@ -274,6 +274,25 @@ TEST(FilteredTree, Copy_IsMemberwiseAndSharesTheNodes)
   }
 }
 
+TEST(FilteredTree, CopyOfACancelledResult_LeavesTheNodesOfTheRunToTheOriginal)
+{
+  Stage stage("root[a b]");
+  stage.event = du::MakeSmart<ReportedEvent>();
+  stage.onAsk = [&stage](std::size_t ask) {
+    if (ask == 4) {
+      stage.event->Cancel();
+    }
+  };
+  stage.Build();
+  auto copy = du::MakeSmart<OpenTree>(*stage.tree);
+  EXPECT_EQ(Show(copy->root), "root[...]");
+  copy->root = nullptr;
+
+  copy.Reset();
+
+  EXPECT_EQ(stage.GetRows(), "root[...]");
+}
+
 TEST(FilteredTree, Nodes_KeepInstancesAliveThatTheKernelHasRemoved)
 {
   Stage stage("root[a[b] c]");
