@@ -20,7 +20,8 @@ class TreeStateBase;
 class TreeController {
 public:
   explicit TreeController(GuiTree* tree);
-  /// Memberwise. A copy shares jobs and result with its source.
+  /// Memberwise. A copy shares jobs and result with its source, which alone hears of the end of the jobs. The jobs that
+  /// an assignment replaces are orphaned.
   TreeController(const TreeController&);
   TreeController& operator=(const TreeController&);
   /// Orphans the jobs under way: they run to their end, and their completion does nothing.
@@ -65,6 +66,7 @@ private:
 
   /// Whether the job of the event still stands: the host may have ended it, or the controller, when it was asked.
   [[nodiscard]] bool _IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const;
+  void _Orphan(TCAsyncEvent& event) const;
   void _CancelAll();
   void _ShowProgress(const du::SmartPtr<TCAsyncEvent>& event);
   [[nodiscard]] du::SmartPtr<GenerateFilteredTreeTask> _MakeTask(structure_utils::TreeFilterInfoBase& filter,

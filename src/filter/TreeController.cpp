@@ -32,6 +32,11 @@ TreeController& TreeController::operator=(const TreeController& other)
   if (this == &other) {
     return *this;
   }
+  for (const auto& event : events) {
+    if (!other._IsUnderWay(event)) {
+      _Orphan(*event);
+    }
+  }
   guiTree = other.guiTree;
   events = other.events;
   observers = other.observers;
@@ -45,7 +50,7 @@ TreeController& TreeController::operator=(const TreeController& other)
 TreeController::~TreeController()
 {
   for (const auto& event : events) {
-    event->controller = nullptr;
+    _Orphan(*event);
   }
   filteredTree.Reset();
   observers.clear();
@@ -102,6 +107,14 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
     return;
   }
   pool->InsertTask(task);
+}
+
+void TreeController::_Orphan(TCAsyncEvent& event) const
+{
+  // A copy holds the jobs of its source, which are not its own.
+  if (event.controller == this) {
+    event.controller = nullptr;
+  }
 }
 
 void TreeController::_CancelAll()
