@@ -34,6 +34,12 @@ struct Stage : JobStage {
   }
 };
 
+/// Lets a test leave a placeholder where it wants one.
+class OpenTree : public guitree::FilteredTree {
+public:
+  void Open(Node* parent) { _BuildTree(parent, nullptr, nullptr, false); }
+};
+
 TEST(ExpandFilterNode, MakesTheRowsOfThePlaceholderInOneBracket)
 {
   Stage stage;
@@ -110,26 +116,100 @@ TEST(ExpandFilterNode, OfANodeThatIsCompleteOrALeaf_IsFalseWithoutAHostCall)
 
 TEST(ExpandFilterNode, FindsItsWayAmongSiblings)
 {
-  // A tree of an own class that leaves a placeholder where the test wants one.
-  class OpenTree : public guitree::FilteredTree {
-  public:
-    void Open(Node* parent) { _BuildTree(parent, nullptr, nullptr, false); }
-  };
-  JobStage stage("root[a[b] d[e[f g]]]");
   OpenTree* tree = nullptr;
+  JobStage stage("root[a[b] x[y] z[b] d[e[f g]]]");
   stage.state->makeFilteredTree = [&] { return tree = new OpenTree; };
-  stage.LetThrough({"b", "f"});
+  stage.LetThrough({"b", "y", "f"});
   stage.Request();
   stage.Finish();
-  ASSERT_EQ(Show(tree->GetRoot()), "root[a[b] d[e[f]]]");
+  ASSERT_EQ(Show(tree->GetRoot()), "root[a[b] x[y] z[b] d[e[f]]]");
   tree->Open(tree->GetRoot()->lastChild->firstChild);
   static_cast<void>(stage.host.TakeCalls());
 
   EXPECT_TRUE(
       stage.state->ExpandFilterNode({stage.kernel["root"].Get(), stage.kernel["d"].Get(), stage.kernel["e"].Get()}));
 
-  EXPECT_EQ(Show(tree->GetRoot()), "root[a[b] d[e[f g]]]");
+  EXPECT_EQ(Show(tree->GetRoot()), "root[a[b] x[y] z[b] d[e[f g]]]");
   EXPECT_THAT(stage.TakeRows(), ElementsAre("g"));
+}
+
+/// A result with a placeholder in its first branch, which the host opens from inside the row behind that branch.
+struct OpenedOnTheWay : JobStage {
+  OpenedOnTheWay() : JobStage("root[a[b c] d e[f]]")
+  {
+    state->makeFilteredTree = [this] { return tree = new OpenTree; };
+    LetThrough({"b", "d", "f"});
+    state->PopulateTree(false);
+    GetPool().Run(0);
+    tree->Open(tree->GetRoot()->firstChild);
+    host.onCall = [this](const std::string& call) {
+      if (call.starts_with("InstanceCreate(node d,")) {
+        onRow();
+      }
+    };
+  }
+  [[nodiscard]] bool OpenBranch() const { return state->ExpandFilterNode({kernel["root"].Get(), kernel["a"].Get()}); }
+
+  OpenTree* tree = nullptr;
+  std::function<void()> onRow;
+};
+
+TEST(ExpandFilterNode, FromInsideARowOfTheResult_AddsItsRowsThere)
+{
+  OpenedOnTheWay stage;
+  stage.onRow = [&] { EXPECT_TRUE(stage.OpenBranch()); };
+  static_cast<void>(stage.host.TakeCalls());
+
+  stage.Deliver();
+
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("root", "a", "b", "...a", "d", "c", "e", "f"));
+}
+
+TEST(ExpandFilterNode, FromInsideARowOfTheResult_LeavesTheWatchForWhatGoesToIt)
+{
+  OpenedOnTheWay stage;
+  stage.onRow = [&] {
+    EXPECT_TRUE(stage.OpenBranch());
+    const auto e = stage.kernel["e"];
+    stage.kernel.Get()->Remove(e);
+    stage.state->InstanceRemove(e, stage.kernel["root"], false);
+  };
+  static_cast<void>(stage.host.TakeCalls());
+
+  stage.Deliver();
+
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("root", "a", "b", "...a", "d", "c"));
+}
+
+TEST(ExpandFilterNode, FromInsideARowOfAResult_DoesNotReviveOneThatIsOvertaken)
+{
+  OpenedOnTheWay stage;
+  stage.onRow = [&] {
+    stage.state->filter.isFiltering = false;
+    stage.state->PopulateTree(false);
+    static_cast<void>(stage.host.TakeCalls());
+    EXPECT_TRUE(stage.OpenBranch());
+  };
+
+  stage.Deliver();
+
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("c"));
+}
+
+TEST(ExpandFilterNode, OfABranchThatTheHostOpensItselfMeanwhile_FindsNothingLeft)
+{
+  Stage stage("root[a]");
+  stage.kernel.Get()->Remove(stage.kernel["a"]);
+  bool isFirst = true;
+  stage.host.onCall = [&](const std::string& call) {
+    if (call == "StartTreeUpdate()" && std::exchange(isFirst, false)) {
+      EXPECT_TRUE(stage.state->ExpandFilterNode(stage.MakePath({"root"})));
+    }
+  };
+
+  EXPECT_TRUE(stage.state->ExpandFilterNode(stage.MakePath({"root"})));
+
+  EXPECT_EQ(Show(stage.gui->GetFilteredTree()), "root");
 }
 
 TEST(ExpandFilterNode, WhileAJobRuns_IsFalseWithoutAHostCall)

@@ -26,6 +26,13 @@ private:
   std::vector<std::string>& m_calls;
 };
 
+class TreeWatch : public zelk::TreeObserver {
+public:
+  bool hasEnded = false;
+
+  void OnDestroy() override { hasEnded = true; }
+};
+
 TEST(FilterJob, IsQueuedOnceHostAndStateHaveBeenAskedInOrder)
 {
   JobStage stage;
@@ -277,6 +284,8 @@ TEST(FilterJob, KeepsTheTreeOfItsResultForBranchesThatAreOpenedLater)
 {
   JobStage stage;
   auto other = du::MakeSmart<memkernel::Tree>();
+  const auto watch = du::MakeSmart<TreeWatch>();
+  other->RegisterObserver(*watch, false);
   const zelk::BaseInstance* const root = other->CreateRoot(other->CreateProduct({.name = "other"})).Get();
   other->AddChild(other->GetRootInstance(), other->CreateProduct({.name = "child"}));
   stage.gui->SetBaseTree(other);
@@ -286,11 +295,16 @@ TEST(FilterJob, KeepsTheTreeOfItsResultForBranchesThatAreOpenedLater)
   ASSERT_EQ(Show(stage.GetController().GetFilteredTree()), "other[...]");
 
   static_cast<void>(stage.host.TakeCalls());
+  // An event knows its job, and that the tree.
+  stage.host.events.clear();
   stage.gui->SetBaseTree(stage.kernel.Get());
   other.Reset();
 
   EXPECT_TRUE(stage.state->ExpandFilterNode({const_cast<zelk::BaseInstance*>(root)}));
   EXPECT_THAT(stage.TakeRows(), ElementsAre("child"));
+  EXPECT_FALSE(watch->hasEnded);
+  stage.gui.Reset();
+  EXPECT_TRUE(watch->hasEnded);
 }
 
 }  // namespace

@@ -231,6 +231,22 @@ TEST_P(FilterReentrance, AHostMayEditTheTree_WhatHasGoneGetsNoRowAnyMore)
       });
 }
 
+TEST_P(FilterReentrance, AHostMayEmptyTheTree)
+{
+  InterfereAtEachCall(
+      [](JobStage& stage) {
+        const du::SmartPtr<zelk::BaseInstance> root = stage.kernel["root"];
+        stage.kernel.Get()->Remove(stage.kernel["root"]);
+        stage.state->InstanceRemove(root, nullptr, false);
+      },
+      [](JobStage& stage, const Outcome&) {
+        stage.host.onCall = nullptr;
+        stage.state->PopulateTree(false);
+        stage.Finish();
+        EXPECT_THAT(PlayBack(stage.host.Calls()).rows, IsEmpty());
+      });
+}
+
 TEST_P(FilterReentrance, AHostMayOpenTheBranchThatIsBeingShown)
 {
   InterfereAtEachCall([](JobStage& stage) { ExpandRoot(stage); },

@@ -125,6 +125,8 @@ public:
   };
 
   std::vector<Call> calls;
+  /// Counted at the end of each call, for which the observer must still be there.
+  std::size_t returned = 0;
   std::function<void()> onCall;
 
   void OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tree, guitree::GuiInterface* gui) override
@@ -133,6 +135,7 @@ public:
     if (const auto hook = onCall) {
       hook();
     }
+    ++returned;
   }
 };
 

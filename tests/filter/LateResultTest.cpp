@@ -159,4 +159,24 @@ TEST(LateResult, OfAStateThatHasGone_ReachesNobody)
   EXPECT_EQ(Show(stage.gui->GetFilteredTree()), "root[a[b]]");
 }
 
+TEST(LateResult, ThatAnotherFilterOvertakesAtTheLastMomentIsNotEvenAnnounced)
+{
+  JobStage stage;
+  stage.LetThrough({"b"});
+  stage.state->PopulateTree(false);
+  static_cast<void>(stage.host.TakeCalls());
+  bool isFirst = true;
+  stage.host.onCall = [&](const std::string& call) {
+    if (call == "SetTreeCalculating(false)" && std::exchange(isFirst, false)) {
+      stage.LetThrough({"d"});
+      stage.state->PopulateTree(false);
+    }
+  };
+
+  stage.Finish();
+
+  EXPECT_THAT(stage.host.Calls(), testing::Contains("PostProcessingComplete()").Times(1));
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("root", "d"));
+}
+
 }  // namespace
