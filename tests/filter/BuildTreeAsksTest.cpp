@@ -57,6 +57,38 @@ TEST(BuildTreeAsks, RootThatMatches_IsTheOnlyOneAskedAboutForTheFirstNode)
   EXPECT_EQ(stage.asks, (Names{"root", "a", "b"}));
 }
 
+/// Counts questions that are for the tree state and not for a build.
+class CountingFilter : public testsupport::ScriptedFilter {
+public:
+  unsigned int questions = 0;
+
+  [[nodiscard]] bool GetEnsureExpanded() override { return _Count(); }
+  [[nodiscard]] bool IsFilteringUsingView() override { return _Count(); }
+
+private:
+  bool _Count()
+  {
+    ++questions;
+    return true;
+  }
+};
+
+TEST(BuildTreeAsks, ExpansionAndViews_AreNoConcernOfABuild)
+{
+  const testsupport::NamedTree kernel("root[a b]");
+  CountingFilter filter;
+  filter.hasHiddenPass = true;
+  filter.showSiblings = true;
+  filter.sortColumn = du::DualSymbol("", "Mass");
+  const auto tree = du::MakeSmart<OpenTree>();
+  du::SmartPtr<du::RefCounted> none;
+
+  tree->BuildTree(filter, kernel["root"], nullptr, none, {}, nullptr);
+
+  EXPECT_EQ(Show(tree->root), "root[a b]");
+  EXPECT_EQ(filter.questions, 0u);
+}
+
 TEST(BuildTreeAsks, Kernel_IsAskedOnceForEachListAndForEachVisit)
 {
   CountedKernel kernel;

@@ -87,7 +87,7 @@ TEST(BuildTreeCancel, WithoutACancel_TheTreeOfTheseTestsIsVisitedAsAWhole)
 /// With or without siblings, sorted or not, in the hidden pass or in the visible one.
 class BuildTreeCancelAtNode : public testing::TestWithParam<std::tuple<bool, bool, bool>> {
 protected:
-  void SetUp(Stage& stage) const
+  void Arrange(Stage& stage) const
   {
     const auto [showSiblings, isSorted, isHidden] = GetParam();
     stage.filter.showSiblings = showSiblings;
@@ -110,14 +110,14 @@ protected:
 TEST_P(BuildTreeCancelAtNode, EndsAtTheNextNodeWithAnUnfilledRootAndKeepsWhatWasRecorded)
 {
   CancelledRun whole(0);
-  SetUp(whole.stage);
+  Arrange(whole.stage);
   whole.Build();
   ASSERT_EQ(whole.kernel.reads.visits, s_treeSize);
 
   for (std::size_t node = 1; node <= s_treeSize; ++node) {
     SCOPED_TRACE(node);
     CancelledRun run(node);
-    SetUp(run.stage);
+    Arrange(run.stage);
 
     run.Build();
 
