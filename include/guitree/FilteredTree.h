@@ -147,6 +147,7 @@ private:
     ~DiscardedTrees() = default;
 
     std::vector<Node*> list;
+    std::size_t size = 0;
   };
 
   void _BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInstance, BuildTreeInfo& info);
@@ -157,13 +158,15 @@ private:
   Node* _CopyNodeBranch(Node* parent, Node* source, bool hiddenPass);
   void _DestroyBranch(Node* node);
   void _ResetTrees();
+  /// Owner's thread.
+  void _DisposeOfDiscarded();
   void _KeepAlive(zelk::BaseInstance* instance);
   void _AddSibling(const du::SmartPtr<zelk::BaseInstance>& instance, bool isCreated);
 
   /// Instances of nodes that the two sets do not list: ancestors of matches, spared ones, and what was filled on
   /// demand.
   InstanceList m_keptAlive;
-  /// The trees of a cancelled run. Owned; the job takes them apart once it has told of its end.
+  /// The trees of a cancelled run. Owned; taking them apart takes as long as building them has, so that is put off.
   DiscardedTrees m_discarded;
   std::size_t m_nodeCount = 0;
   /// Stands among the created items already; null for none.

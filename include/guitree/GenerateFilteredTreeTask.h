@@ -39,6 +39,8 @@ public:
   /// Worker. Cancelled before it starts, or without a tree or a root, it leaves the result as it was made: empty.
   /// Completes the event in every case, plainly, and touches neither event nor task afterwards.
   void Run() override;
+  /// What a cancelled run had built is taken apart, by a task of its own where that is much.
+  void TaskComplete() override;
   /// Never null. Owner's thread, after the event has completed.
   [[nodiscard]] virtual du::SmartPtr<FilteredTree> GetFilteredTreeResult();
 

@@ -21,33 +21,41 @@ using ByAddress = std::less<du::SmartPtr<zelk::BaseInstance>>;
 using InstanceList = std::deque<du::SmartPtr<zelk::BaseInstance>>;
 
 /// Brings references to instances into the order of their addresses, or of their keys. Of equal ones the first that
-/// came stays; the others, apart from those to the same instance, go to the end of `equals`.
-void SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& equals);
-void SortRecorded(InstanceList& items, const InstsComperator& order, InstanceList& equals);
+/// came stays; the others, apart from those to the same instance, go to the end of `equals`. `isWanted`, which may be
+/// empty, is asked on the way; once it answers false the rest is left as it is, in any order, and the answer is false.
+bool SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& equals,
+                  const std::function<bool()>& isWanted);
+bool SortRecorded(InstanceList& items, const InstsComperator& order, InstanceList& equals,
+                  const std::function<bool()>& isWanted);
 
 /// An ordered set of instances that takes millions of entries quickly: they are appended as they come, and brought into
-/// order when somebody looks, or at a time of the owner's choice. Of instances that are equal in `Order` the first one
-/// counts, as in `std::set`; the others are kept alive. One thread at a time, looking included.
+/// order when somebody looks, or at a time of the owner's choice. Once somebody has asked for an entry, further ones
+/// find their place at once, so that who looks after each of them does not pay for an order each time. Of instances
+/// that are equal in `Order` the first one counts, as in `std::set`; the others are kept alive. One thread at a time,
+/// looking included.
 template <typename Order>
 class RecordedSet {
 public:
   using Item = du::SmartPtr<zelk::BaseInstance>;
   using Set = std::set<Item, Order>;
 
-  /// Constant cost.
+  /// Constant cost; logarithmic after a `Contains`.
   void Record(const Item& item)
   {
-    if (!IsRecordedLast(item)) {
+    if (m_isAskedFor) {
+      _RecordInPlace(item);
+    } else if (!IsRecordedLast(item)) {
       m_recorded.push_back(item);
     }
   }
   /// Whether the latest entry that has not been brought into order is this one.
   [[nodiscard]] bool IsRecordedLast(const Item& item) const { return !m_recorded.empty() && m_recorded.back() == item; }
-  [[nodiscard]] bool IsEmpty() const noexcept { return m_ordered.empty() && m_recorded.empty(); }
+  [[nodiscard]] bool IsEmpty() const noexcept { return m_ordered.empty() && m_recorded.empty() && m_late.empty(); }
   [[nodiscard]] bool Contains(const Item& item) const
   {
     Settle();
-    return std::binary_search(m_ordered.begin(), m_ordered.end(), item, Order());
+    m_isAskedFor = true;
+    return std::binary_search(m_ordered.begin(), m_ordered.end(), item, Order()) || m_late.contains(item);
   }
   /// Replaces `out`.
   void CopyTo(Set& out) const
@@ -57,6 +65,7 @@ public:
     for (const Item& item : m_ordered) {
       out.insert(out.end(), item);
     }
+    out.insert(m_late.begin(), m_late.end());
   }
   // clang-format off
   /// Nothing for an unknown instance. Does not bring the entries into order, which is why a set by keys has no such
@@ -70,15 +79,16 @@ public:
     }
     const auto [first, last] = std::equal_range(m_ordered.begin(), m_ordered.end(), item, Order());
     m_ordered.erase(first, last);
+    m_late.erase(item);
   }
   // clang-format on
-  /// Brings what has been recorded into order; costs that of a sort of the new entries and a merge.
-  void Settle() const
+  /// Brings what has been recorded into order; costs that of a sort of the new entries and a merge. A false answer of
+  /// `isWanted` leaves that to who looks first; which of equal entries counts is open then.
+  void Settle(const std::function<bool()>& isWanted = {}) const
   {
-    if (m_recorded.empty()) {
+    if (m_recorded.empty() || !SortRecorded(m_recorded, Order(), m_equals, isWanted)) {
       return;
     }
-    SortRecorded(m_recorded, Order(), m_equals);
     if (m_ordered.empty()) {
       m_ordered.swap(m_recorded);
       return;
@@ -89,19 +99,31 @@ public:
     std::inplace_merge(m_ordered.begin(), m_ordered.begin() + middle, m_ordered.end(), Order());
     _DropRepeated();
   }
-  /// Hands out all references, whatever their order, which leaves the set empty. Constant cost.
+  /// Hands out all references, whatever their order, which leaves the set empty. Constant cost, apart from
+  /// entries that came after a `Contains`.
   void MoveTo(std::vector<InstanceList>& out)
   {
     for (InstanceList* items : {&m_ordered, &m_recorded, &m_equals}) {
       out.push_back(std::exchange(*items, {}));
     }
+    out.emplace_back(m_late.begin(), m_late.end());
+    m_late.clear();
   }
   [[nodiscard]] std::size_t GetSizeBound() const noexcept
   {
-    return m_ordered.size() + m_recorded.size() + m_equals.size();
+    return m_ordered.size() + m_recorded.size() + m_equals.size() + m_late.size();
   }
 
 private:
+  void _RecordInPlace(const Item& item)
+  {
+    const auto place = std::lower_bound(m_ordered.begin(), m_ordered.end(), item, Order());
+    const bool isOrdered = place != m_ordered.end() && !Order()(item, *place);
+    const Item& listed = isOrdered ? *place : *m_late.insert(item).first;
+    if (listed != item) {
+      m_equals.push_back(item);
+    }
+  }
   void _DropRepeated() const
   {
     std::size_t kept = 0;
@@ -120,6 +142,9 @@ private:
   /// Looking brings the entries into order, which does not change the set.
   mutable InstanceList m_ordered;
   mutable InstanceList m_recorded;
+  /// What came after the first `Contains`; disjoint from `m_ordered`.
+  Set m_late;
+  mutable bool m_isAskedFor = false;
   /// Instances that a node may show although the set lists an equal one.
   mutable InstanceList m_equals;
 };

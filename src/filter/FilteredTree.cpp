@@ -1,5 +1,7 @@
 #include "guitree/FilteredTree.h"
 
+#include <cstddef>
+#include <limits>
 #include <utility>
 
 #include "filter/NodeLinks.h"
@@ -45,15 +47,18 @@ FilteredTree& FilteredTree::operator=(const FilteredTree&) = default;
 
 FilteredTree::~FilteredTree()
 {
-  std::vector<Node*> trees = std::move(m_discarded.list);
-  trees.push_back(root);
-  trees.push_back(hfRoot);
-  const std::size_t size = m_nodeCount + matchedItems.GetSizeBound() + createdItems.GetSizeBound() + m_keptAlive.size();
+  _DisposeOfDiscarded();
+  const std::size_t size = m_nodeCount + m_keptAlive.size() + matchedItems.GetSizeBound() + createdItems.GetSizeBound();
   std::vector<InstanceList> references;
   references.push_back(std::move(m_keptAlive));
   matchedItems.MoveTo(references);
   createdItems.MoveTo(references);
-  ResultDisposal::Dispose(std::move(trees), std::move(references), size);
+  ResultDisposal::Dispose({root, hfRoot}, std::move(references), size);
+}
+
+void FilteredTree::_DisposeOfDiscarded()
+{
+  ResultDisposal::Dispose(std::exchange(m_discarded.list, {}), {}, std::exchange(m_discarded.size, 0));
 }
 
 bool FilteredTree::ZeroReferenceCountHook() const
@@ -163,7 +168,7 @@ FilteredTree::Node* FilteredTree::_NewNode(Node* parent, zelk::BaseInstance* ins
 
 void FilteredTree::_DestroyBranch(Node* node)
 {
-  DestroyNodes(node, [this](const Node* ending) {
+  DestroyNodes(node, std::numeric_limits<std::size_t>::max(), [this](const Node* ending) {
     --m_nodeCount;
     if (firstFilteredNode == ending) {
       firstFilteredNode = nullptr;

@@ -108,14 +108,17 @@ void FilteredTree::_BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInst
 
 void FilteredTree::_EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeInfo& info)
 {
+  if (!info.IsCanceled()) {
+    createdItems.Settle([&info] { return !info.IsCanceled(); });
+  }
   if (info.IsCanceled()) {
     m_discarded.list.push_back(std::exchange(root, nullptr));
     m_discarded.list.push_back(std::exchange(hfRoot, nullptr));
+    m_discarded.size += std::exchange(m_nodeCount, 0);
     _ResetTrees();
     _NewNode(_NewNode(nullptr, rootInstance, false), nullptr, false);
     return;
   }
-  createdItems.Settle();
   if (info.asyncEvent) {
     info.asyncEvent->Progress(100);
   }

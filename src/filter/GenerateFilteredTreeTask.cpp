@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "filter/NodeLinks.h"
 #include "guitree/GuiTree.h"
 #include "guitree/TreeStateBase.h"
 
@@ -55,14 +54,14 @@ void GenerateFilteredTreeTask::Run()
   if (isWanted) {
     _Build();
   }
-  // Taking a large tree apart takes longer than building it has, when it is cancelled: nobody need wait for that.
-  const std::vector<FilteredTree::Node*> discarded = std::exchange(filteredTree->m_discarded.list, {});
   if (asyncEvent) {
     asyncEvent->Complete();
   }
-  for (FilteredTree::Node* const tree : discarded) {
-    DestroyNodes(tree, [](const FilteredTree::Node* /*node*/) {});
-  }
+}
+
+void GenerateFilteredTreeTask::TaskComplete()
+{
+  filteredTree->_DisposeOfDiscarded();
 }
 
 void GenerateFilteredTreeTask::_Build()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "guitree/FilteredTree.h"
 
 namespace guitree {
@@ -30,13 +32,15 @@ inline void UnlinkChild(FilteredTree::Node& child)
   child.parent = nullptr;
 }
 
-/// Calls `beforeEnd` for each node of a branch and frees it, children before their parent. The top must have been
-/// unlinked, or its parent be forgotten.
+/// Calls `beforeEnd` for each node of a branch and frees it, children before their parent; stops after `limit` nodes,
+/// and answers how many it was. The top becomes null once it is freed. It must have been unlinked, or its parent be
+/// forgotten.
 template <typename Call>
-void DestroyNodes(FilteredTree::Node* top, Call beforeEnd)
+std::size_t DestroyNodes(FilteredTree::Node*& top, std::size_t limit, Call beforeEnd)
 {
+  std::size_t count = 0;
   FilteredTree::Node* node = top;
-  while (node) {
+  while (node && count < limit) {
     while (node->firstChild) {
       node = node->firstChild;
     }
@@ -46,8 +50,13 @@ void DestroyNodes(FilteredTree::Node* top, Call beforeEnd)
     }
     beforeEnd(node);
     delete node;
+    ++count;
     node = parent;
   }
+  if (!node) {
+    top = nullptr;
+  }
+  return count;
 }
 
 }  // namespace guitree

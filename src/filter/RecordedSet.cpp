@@ -1,6 +1,7 @@
 #include "guitree/RecordedSet.h"
 
 #include <cstdint>
+#include <functional>
 #include <numeric>
 #include <unordered_map>
 #include <utility>
@@ -9,13 +10,58 @@
 namespace guitree {
 namespace {
 
+/// Asks now and then whether the work is still wanted.
+class Patience {
+public:
+  explicit Patience(const std::function<bool()>& isWanted) : m_isWanted(isWanted) {}
+
+  /// For small steps.
+  [[nodiscard]] bool HasEnded()
+  {
+    constexpr unsigned int s_steps = 1024;
+    return ++m_count % s_steps == 0 ? HasEndedNow() : m_hasEnded;
+  }
+  [[nodiscard]] bool HasEndedNow()
+  {
+    m_hasEnded = m_hasEnded || (m_isWanted && !m_isWanted());
+    return m_hasEnded;
+  }
+
+private:
+  const std::function<bool()>& m_isWanted;
+  unsigned int m_count = 0;
+  bool m_hasEnded = false;
+};
+
+/// A stable sort that can be given up, which leaves the entries in any order.
+template <typename Entry, typename Less>
+void Sort(std::vector<Entry>& entries, Less less, Patience& patience)
+{
+  constexpr std::size_t s_block = 4096;
+  const std::size_t size = entries.size();
+  const auto at = [&](std::size_t place) {
+    return entries.begin() + static_cast<std::ptrdiff_t>(std::min(place, size));
+  };
+  for (std::size_t begin = 0; begin < size && !patience.HasEndedNow(); begin += s_block) {
+    std::stable_sort(at(begin), at(begin + s_block), less);
+  }
+  for (std::size_t width = s_block; width < size; width *= 2) {
+    for (std::size_t begin = 0; begin + width < size && !patience.HasEndedNow(); begin += 2 * width) {
+      std::inplace_merge(at(begin), at(begin + width), at(begin + 2 * width), less);
+    }
+  }
+}
+
 /// Gives each item the number of its first key, counted as they come, and answers the keys.
-std::vector<du::Symbol> NumberKeys(const InstanceList& items, std::vector<std::uint32_t>& numbers)
+std::vector<du::Symbol> NumberKeys(const InstanceList& items, std::vector<std::uint32_t>& numbers, Patience& patience)
 {
   std::unordered_map<const char*, std::uint32_t> known;
   std::vector<du::Symbol> keys;
   numbers.reserve(items.size());
   for (const auto& item : items) {
+    if (patience.HasEnded()) {
+      break;
+    }
     const du::Symbol key = item ? item->GetInstanceKey() : du::Symbol();
     const auto [entry, isNew] = known.try_emplace(key.GetText(), static_cast<std::uint32_t>(keys.size()));
     if (isNew) {
@@ -27,12 +73,12 @@ std::vector<du::Symbol> NumberKeys(const InstanceList& items, std::vector<std::u
 }
 
 /// The numbers of the keys in the order of the keys' texts.
-std::vector<std::uint32_t> OrderKeys(const std::vector<du::Symbol>& keys)
+std::vector<std::uint32_t> OrderKeys(const std::vector<du::Symbol>& keys, Patience& patience)
 {
   std::vector<std::uint32_t> order(keys.size());
   std::iota(order.begin(), order.end(), 0U);
-  std::sort(order.begin(), order.end(),
-            [&keys](std::uint32_t a, std::uint32_t b) { return keys[a].GetView() < keys[b].GetView(); });
+  const auto isBefore = [&keys](std::uint32_t a, std::uint32_t b) { return keys[a].GetView() < keys[b].GetView(); };
+  Sort(order, isBefore, patience);
   return order;
 }
 
@@ -54,9 +100,9 @@ std::vector<std::uint32_t> PlaceGroups(const std::vector<std::uint32_t>& numbers
 }
 
 /// Brings each item to its place, which `places` holds: each is the place of one item.
-void MoveToPlaces(InstanceList& items, std::vector<std::uint32_t>& places)
+void MoveToPlaces(InstanceList& items, std::vector<std::uint32_t>& places, Patience& patience)
 {
-  for (std::uint32_t i = 0; i < places.size(); ++i) {
+  for (std::uint32_t i = 0; i < places.size() && !patience.HasEnded(); ++i) {
     while (places[i] != i) {
       const std::uint32_t place = places[i];
       items[i].Swap(items[place]);
@@ -68,7 +114,7 @@ void MoveToPlaces(InstanceList& items, std::vector<std::uint32_t>& places)
 /// Orders items of one first key by the second.
 class SubKeySort {
 public:
-  explicit SubKeySort(InstanceList& equals) : m_equals(equals) {}
+  SubKeySort(InstanceList& equals, Patience& patience) : m_equals(equals), m_patience(patience) {}
 
   /// Moves what stays to `out`, which does not lie behind `first`, and answers where that ends.
   InstanceList::iterator operator()(InstanceList::iterator first, InstanceList::iterator last,
@@ -76,10 +122,12 @@ public:
   {
     _ReadKeys(first, last);
     const bool isOrdered = std::adjacent_find(m_keyed.begin(), m_keyed.end(), std::not_fn(IsBefore)) == m_keyed.end();
-    if (isOrdered) {
+    if (!isOrdered) {
+      Sort(m_keyed, IsBefore, m_patience);
+    }
+    if (isOrdered || m_patience.HasEndedNow()) {
       return out == first ? last : std::move(first, last, out);
     }
-    std::stable_sort(m_keyed.begin(), m_keyed.end(), IsBefore);
     std::move(first, last, std::back_inserter(m_items));
     for (auto entry = m_keyed.begin(); entry != m_keyed.end();) {
       const auto end = std::find_if(entry, m_keyed.end(), [&](const Keyed& other) { return other.key != entry->key; });
@@ -119,6 +167,7 @@ private:
   }
 
   InstanceList& m_equals;
+  Patience& m_patience;
   /// Both kept for their memory.
   Entries m_keyed;
   std::vector<du::SmartPtr<zelk::BaseInstance>> m_items;
@@ -126,38 +175,49 @@ private:
 
 }  // namespace
 
-void SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& /*equals*/)
+bool SortRecorded(InstanceList& items, const ByAddress& order, InstanceList& /*equals*/,
+                  const std::function<bool()>& /*isWanted*/)
 {
   // Kernels allocate instances in the order in which they are walked, as a rule.
   if (!std::is_sorted(items.begin(), items.end(), order)) {
     std::sort(items.begin(), items.end(), order);
   }
   items.erase(std::unique(items.begin(), items.end()), items.end());
+  return true;
 }
 
 /// Items of one first key are counted into one group, in place, and each group is ordered by the second keys. An order
 /// by comparisons alone, which reads the keys of both sides at each, takes ten times as long for a million instances;
 /// one over a list of keys as well as items takes half as much memory again as all the nodes.
-void SortRecorded(InstanceList& items, const InstsComperator& /*order*/, InstanceList& equals)
+bool SortRecorded(InstanceList& items, const InstsComperator& /*order*/, InstanceList& equals,
+                  const std::function<bool()>& isWanted)
 {
+  Patience patience(isWanted);
   std::vector<std::uint32_t> places;
-  const std::vector<du::Symbol> keys = NumberKeys(items, places);
-  const std::vector<std::uint32_t> order = OrderKeys(keys);
+  const std::vector<du::Symbol> keys = NumberKeys(items, places, patience);
+  const std::vector<std::uint32_t> order = OrderKeys(keys, patience);
+  if (patience.HasEndedNow()) {
+    return false;
+  }
   std::vector<std::uint32_t> ends = PlaceGroups(places, order);
   for (std::uint32_t& place : places) {
     place = ends[place]++;
   }
-  MoveToPlaces(items, places);
+  MoveToPlaces(items, places, patience);
   places = {};
-  SubKeySort sortBySubKeys(equals);
+  SubKeySort sortBySubKeys(equals, patience);
   auto first = items.begin();
   auto out = first;
   for (const std::uint32_t number : order) {
+    if (patience.HasEnded()) {
+      break;
+    }
     const auto last = items.begin() + static_cast<std::ptrdiff_t>(ends[number]);
     out = sortBySubKeys(first, last, out);
     first = last;
   }
-  items.erase(out, items.end());
+  items.erase(out == first ? items.end() : std::move(first, items.end(), out), items.end());
+  return !patience.HasEnded();
 }
 
 }  // namespace guitree

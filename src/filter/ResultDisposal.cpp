@@ -1,5 +1,6 @@
 #include "filter/ResultDisposal.h"
 
+#include <limits>
 #include <utility>
 
 #include "facade/RunningPool.h"
@@ -10,6 +11,8 @@ namespace {
 
 /// Nodes and references up to which a worker is not worth its while: about a millisecond.
 constexpr std::size_t s_smallSize = 20000;
+/// Some five to ten milliseconds. The next filter of a user who types waits no longer for the result of the last one.
+constexpr std::size_t s_slice = 100000;
 
 /// Lets go of a reference unless it is the last one. True if it has.
 bool ReleaseIfShared(du::SmartPtr<zelk::BaseInstance>& reference)
@@ -45,39 +48,51 @@ ResultDisposal::ResultDisposal(std::vector<FilteredTree::Node*> trees, Reference
 
 ResultDisposal::~ResultDisposal()
 {
-  _DestroyTrees();
+  _DestroyNodes(std::numeric_limits<std::size_t>::max());
 }
 
 void ResultDisposal::Run()
 {
-  _DestroyTrees();
-  _ReleaseShared();
+  _ReleaseShared(_DestroyNodes(s_slice));
 }
 
 void ResultDisposal::TaskComplete()
 {
-  m_references.clear();
-}
-
-void ResultDisposal::_DestroyTrees()
-{
-  for (FilteredTree::Node* const tree : std::exchange(m_trees, {})) {
-    DestroyNodes(tree, [](const FilteredTree::Node* /*node*/) {});
+  m_last.clear();
+  if (_IsDone()) {
+    return;
+  }
+  if (du::TaskPool* const pool = FindRunningPool()) {
+    pool->InsertTask(du::MakeSmart<ResultDisposal>(std::exchange(m_trees, {}), std::exchange(m_references, {})));
   }
 }
 
-void ResultDisposal::_ReleaseShared()
+std::size_t ResultDisposal::_DestroyNodes(std::size_t limit)
 {
-  InstanceList last;
-  for (InstanceList& references : m_references) {
-    for (auto& reference : references) {
-      if (!ReleaseIfShared(reference)) {
-        last.push_back(std::move(reference));
-      }
+  while (!m_trees.empty() && limit > 0) {
+    limit -= DestroyNodes(m_trees.back(), limit, [](const FilteredTree::Node* /*node*/) {});
+    if (!m_trees.back()) {
+      m_trees.pop_back();
     }
   }
-  m_references.clear();
-  m_references.push_back(std::move(last));
+  return limit;
+}
+
+std::size_t ResultDisposal::_ReleaseShared(std::size_t limit)
+{
+  while (!m_references.empty() && limit > 0) {
+    InstanceList& references = m_references.back();
+    for (; !references.empty() && limit > 0; --limit) {
+      if (!ReleaseIfShared(references.back())) {
+        m_last.push_back(std::move(references.back()));
+      }
+      references.pop_back();
+    }
+    if (references.empty()) {
+      m_references.pop_back();
+    }
+  }
+  return limit;
 }
 
 }  // namespace guitree

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "du/SmartPtr.h"
@@ -10,8 +11,8 @@
 namespace guitree {
 
 /// Takes the result of a filter apart. That of a million rows costs some hundred milliseconds, which the owner's thread
-/// need not wait for: a worker does it, apart from the end of instances that nobody else holds any more. Those are the
-/// kernel's, and end on the owner's thread.
+/// need not wait for: a worker does it, in slices between which other tasks have their turn, apart from the end of
+/// instances that nobody else holds any more. Those are the kernel's, and end on the owner's thread.
 class ResultDisposal : public du::Task {
 public:
   using References = std::vector<InstanceList>;
@@ -27,11 +28,15 @@ public:
   void TaskComplete() override;
 
 private:
-  void _DestroyTrees();
-  void _ReleaseShared();
+  /// Each does so many at the most, and answers how many are left of these.
+  std::size_t _DestroyNodes(std::size_t limit);
+  std::size_t _ReleaseShared(std::size_t limit);
+  [[nodiscard]] bool _IsDone() const { return m_trees.empty() && m_references.empty(); }
 
   std::vector<FilteredTree::Node*> m_trees;
   References m_references;
+  /// That nobody else holds.
+  InstanceList m_last;
 };
 
 }  // namespace guitree

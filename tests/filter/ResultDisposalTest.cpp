@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "EngineStage.h"
+#include "guitree/GenerateFilteredTreeTask.h"
 #include "memkernel/World.h"
 #include "testsupport/PlainBaseInstance.h"
 
@@ -121,6 +122,70 @@ TEST_F(ResultDisposal, OfALargeResult_LeavesLastReferencesToTheOwnersThread)
   world->pool.tasks[0]->TaskComplete();
   EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large / 2 - 1, std::this_thread::get_id()));
   EXPECT_EQ(CountHolders(*kept), 0);
+}
+
+TEST_F(ResultDisposal, OfAHugeResult_LetsOtherTasksHaveTheirTurn)
+{
+  constexpr std::size_t s_slice = 100'000;
+  Fill(2 * s_slice + 2);
+  tree.Reset();
+  std::vector<int> released;
+
+  for (std::size_t next = 0; next < world->pool.tasks.size(); ++next) {
+    RunInThread(world->pool.tasks[next]);
+    world->pool.tasks[next]->TaskComplete();
+    int holders = 0;
+    for (const auto& instance : instances) {
+      holders += CountHolders(*instance);
+    }
+    released.push_back(static_cast<int>(2 * instances.size()) - holders);
+  }
+
+  EXPECT_EQ(released, (std::vector<int>{100'000, 200'000, 200'002}));
+}
+
+TEST_F(ResultDisposal, OfAHugeResult_EndsWithThePool)
+{
+  Fill(200'002);
+  instances.clear();
+  tree.Reset();
+  RunInThread(world->pool.tasks[0]);
+  world->pool.isOpen = false;
+
+  world->pool.tasks[0]->TaskComplete();
+
+  EXPECT_EQ(deaths, std::vector<std::thread::id>(100'001, std::this_thread::get_id()));
+}
+
+TEST_F(ResultDisposal, OfWhatACancelledRunHasBuilt_IsATaskOfItsOwn)
+{
+  const auto kernel = du::MakeSmart<memkernel::Tree>();
+  const auto product = kernel->CreateProduct({.name = "part"});
+  const auto root = kernel->CreateRoot(product);
+  for (std::size_t count = 0; count < s_large; ++count) {
+    kernel->AddChild(root, product);
+  }
+  const auto event = du::MakeSmart<ReportedEvent>();
+  testsupport::ScriptedFilter filter;
+  std::size_t asks = 0;
+  filter.onAsked = [&](const auto&, auto&, bool, auto&, auto) {
+    if (++asks == s_large) {
+      event->Cancel();
+    }
+  };
+  const auto task = du::MakeSmart<guitree::GenerateFilteredTreeTask>(nullptr, filter, nullptr, nullptr, kernel, nullptr,
+                                                                     nullptr, false, event.Get());
+
+  RunInThread(task);
+  EXPECT_TRUE(event->IsCompleted());
+  EXPECT_TRUE(world->pool.tasks.empty());
+
+  task->TaskComplete();
+  ASSERT_EQ(world->pool.tasks.size(), 1u);
+  EXPECT_EQ(Show(task->GetFilteredTreeResult()->GetRoot()), "part[...]");
+  RunInThread(world->pool.tasks[0]);
+  world->pool.tasks[0]->TaskComplete();
+  EXPECT_EQ(world->pool.tasks.size(), 1u);
 }
 
 TEST_F(ResultDisposal, OfALargeResultThatIsHandedBack_IsDoneByTheOwner)
