@@ -30,6 +30,13 @@ double GetProcessTime()
 
 }  // namespace
 
+WorkerTimer::WorkerTimer() : m_process(GetProcessTime()), m_thread(GetThreadTime()) {}
+
+double WorkerTimer::GetSeconds() const
+{
+  return GetProcessTime() - m_process - (GetThreadTime() - m_thread);
+}
+
 class FilterPanel::State final : public guitree::WorldTreeState {
 public:
   using WorldTreeState::WorldTreeState;
@@ -109,12 +116,12 @@ FilterTimes FilterPanel::Filter()
 {
   FilterTimes times;
   double rowsBegin = 0;
-  const double processBegin = GetProcessTime();
+  const WorkerTimer timer;
   const double ownerBegin = GetThreadTime();
   m_host.rows = 0;
   m_host.onResult = [&] {
     rowsBegin = GetThreadTime();
-    times.worker = GetProcessTime() - processBegin - (rowsBegin - ownerBegin);
+    times.worker = timer.GetSeconds();
   };
   const auto measure = [&](const auto& work) {
     const double begin = GetThreadTime();

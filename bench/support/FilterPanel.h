@@ -30,6 +30,17 @@ public:
   std::function<void()> onResult;
 };
 
+/// Seconds of the processor that other threads than the present one spend.
+class WorkerTimer {
+public:
+  WorkerTimer();
+  [[nodiscard]] double GetSeconds() const;
+
+private:
+  double m_process;
+  double m_thread;
+};
+
 /// What one filter took, from the request to the last row, in seconds of the processor.
 struct FilterTimes {
   double worker = 0;

@@ -109,6 +109,12 @@ Figures RunRounds(std::size_t count, const Round& round)
   return medians;
 }
 
+Figures MakeFigures(double seconds, Figures others)
+{
+  others[s_seconds] = seconds;
+  return others;
+}
+
 void Register(const std::string& name, const std::vector<std::int64_t>& counts, const CountedRun& run)
 {
   // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns what is registered

@@ -41,6 +41,9 @@ using Round = std::function<double(Figures& figures)>;
 /// Runs rounds, more of them for a small `count`, and returns the medians of the figures and of the time.
 [[nodiscard]] Figures RunRounds(std::size_t count, const Round& round);
 
+/// The figures of a measurement without rounds, with the time that counts.
+[[nodiscard]] Figures MakeFigures(double seconds, Figures others);
+
 /// A measurement of a count of things by `RunRounds`.
 using CountedRun = std::function<Figures(std::size_t count)>;
 
