@@ -194,10 +194,11 @@ protected:
                                const du::SmartPtr<TreeSelectionController>& selController);
   /// The same for a node of a filtered tree, which tells its place.
   virtual void _InstanceCreate(FilteredTree::Node* node, const du::SmartPtr<TreeSelectionController>& selController);
-  /// Makes the rows of a branch of a filtered tree, parents first; a placeholder is announced with its parent. Calls
-  /// itself for each child, so that the depth of the tree costs stack: 64 bytes a level with GCC on x86-64, which is
-  /// some 120,000 levels on a stack of 8 MB, and 80,000 under AddressSanitizer. A derived class that replaces it adds
-  /// its own frame to each level.
+  /// Makes the rows of a branch of a filtered tree, parents first; a placeholder is announced with its parent. A
+  /// derived class may call it at any time; inside the visit of a result it makes nothing more once a new population
+  /// has overtaken that visit. Calls itself for each child, so that the depth of the tree costs stack: 64 bytes a level
+  /// with GCC on x86-64, which is some 120,000 levels on a stack of 8 MB, and 80,000 under AddressSanitizer. A derived
+  /// class that replaces it adds its own frame to each level.
   virtual void _VisitFilteredTreeNode(FilteredTree::Node* node,
                                       const du::SmartPtr<TreeSelectionController>& selController);
   /// The last filter job under way has ended: makes the rows of its result. One of another tree, or while another state
@@ -262,8 +263,8 @@ private:
   std::set<zelk::BaseInstance*> assocHlightSet;
   /// Counts what takes all rows away. The rows of a population that another one has overtaken are not made.
   unsigned int m_population = 0;
-  /// The population that the visit of a filtered tree under way makes rows for.
-  unsigned int m_visitedPopulation = 0;
+  /// The population that the visit of a filtered tree under way makes rows for; nothing while none is.
+  std::optional<unsigned int> m_visitedPopulation;
   /// What has left the tree since the population under way has gathered its instances; nothing while none is.
   std::optional<std::set<const zelk::BaseInstance*>> m_goneMeanwhile;
   /// Shared with the `GuiTree`, which puts null there when it ends.

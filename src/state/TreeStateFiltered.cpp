@@ -21,7 +21,7 @@ class VisitScope {
 public:
   using Gone = std::optional<std::set<const zelk::BaseInstance*>>;
 
-  VisitScope(unsigned int& visited, unsigned int population, Gone& gone)
+  VisitScope(std::optional<unsigned int>& visited, unsigned int population, Gone& gone)
       : m_visited(visited), m_outer(std::exchange(visited, population)), m_gone(gone), m_isOutermost(!gone)
   {
     if (m_isOutermost) {
@@ -39,8 +39,8 @@ public:
   VisitScope& operator=(const VisitScope&) = delete;
 
 private:
-  unsigned int& m_visited;
-  const unsigned int m_outer;
+  std::optional<unsigned int>& m_visited;
+  const std::optional<unsigned int> m_outer;
   Gone& m_gone;
   const bool m_isOutermost;
 };
@@ -95,7 +95,7 @@ void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branche
 void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
                                            const du::SmartPtr<TreeSelectionController>& selController)
 {
-  if (m_visitedPopulation != m_population) {
+  if (m_visitedPopulation && *m_visitedPopulation != m_population) {
     return;
   }
   if (IsPlaceholder(node)) {

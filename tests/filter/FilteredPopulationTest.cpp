@@ -293,6 +293,28 @@ TEST(FilteredPopulation, WithoutATreeOrAResult_NothingIsTakenOutOfTheMatches)
   EXPECT_TRUE(matches.contains(stage.kernel["root"]));
 }
 
+TEST(FilteredPopulation, ADerivedStateMayVisitABranchByItself_BeforeAnyPopulationAndAfterOne)
+{
+  for (const bool isPopulated : {false, true}) {
+    JobStage stage;
+    stage.LetThrough({"b", "d"});
+    if (isPopulated) {
+      stage.state->PopulateTree(false);
+    } else {
+      stage.Request();
+    }
+    stage.Finish();
+    // A population that waits for its job says nothing about rows that are asked for meanwhile.
+    stage.state->PopulateTree(false);
+    static_cast<void>(stage.host.TakeCalls());
+
+    stage.state->_VisitFilteredTreeNode(stage.gui->GetFilteredTree()->GetRoot()->firstChild, nullptr);
+
+    EXPECT_THAT(stage.host.TakeCalls(), ElementsAre(MakeNodeRow("a"), MakeNodeRow("b")));
+    EXPECT_THAT(stage.state->GetNotFilteredSet(), SizeIs(2));
+  }
+}
+
 TEST(FilteredPopulation, WithoutAController_TheResultThatIsAskedForStaysAsItWas)
 {
   JobStage stage;
