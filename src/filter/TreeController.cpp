@@ -38,12 +38,13 @@ TreeController& TreeController::operator=(const TreeController& other)
     }
   }
   guiTree = other.guiTree;
-  events = other.events;
-  observers = other.observers;
-  filteredTree = other.filteredTree;
-  m_filteredBaseTree = other.m_filteredBaseTree;
-  m_untold = other.m_untold;
   m_requests = other.m_requests;
+  // What is let go of may call out as it ends, and end this object: it goes last of all.
+  const auto formerBaseTree = std::exchange(m_filteredBaseTree, other.m_filteredBaseTree);
+  const auto formerTree = std::exchange(filteredTree, other.filteredTree);
+  const auto formerJob = std::exchange(m_untold, other.m_untold);
+  const auto formerObservers = std::exchange(observers, other.observers);
+  const auto formerEvents = std::exchange(events, other.events);
   return *this;
 }
 
@@ -159,11 +160,15 @@ bool TreeController::_IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the event must survive its entry
 void TreeController::_EventComplete(du::SmartPtr<TCAsyncEvent> event, bool /*isPlain*/)
 {
+  // What is let go of may call out as it ends, and end this object: it goes last of all.
+  du::SmartPtr<zelk::BaseTree> formerBaseTree;
+  du::SmartPtr<FilteredTree> formerTree;
+  du::SmartPtr<GenerateFilteredTreeTask> formerJob;
   const du::SmartPtr<GenerateFilteredTreeTask> task = event->task;
   if (task) {
-    filteredTree = task->GetFilteredTreeResult();
-    m_filteredBaseTree = task->GetBaseTree();
-    m_untold = task;
+    formerBaseTree = std::exchange(m_filteredBaseTree, task->GetBaseTree());
+    formerTree = std::exchange(filteredTree, task->GetFilteredTreeResult());
+    formerJob = std::exchange(m_untold, task);
   }
   const auto entry = std::find(events.begin(), events.end(), event);
   if (entry != events.end()) {

@@ -13,6 +13,13 @@ using guitree::TreeController;
 using testing::IsEmpty;
 using testing::SizeIs;
 
+class EndHook : public zelk::TreeObserver {
+public:
+  std::function<void()> onEnd;
+
+  void OnDestroy() override { onEnd(); }
+};
+
 TEST(ControllerCopy, SharesResultAndJobs)
 {
   JobStage stage;
@@ -76,6 +83,28 @@ TEST(ControllerCopy, AnAssignmentFromACopyOfItselfKeepsTheJobs)
 
   EXPECT_THAT(observer->calls, SizeIs(1));
   EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), "root[a[b]]");
+}
+
+TEST(ControllerCopy, AnAssignmentMayEndTheControllerWithWhatItReplaces)
+{
+  JobStage stage;
+  std::optional<TreeController> assigned(stage.gui.Get());
+  auto former = du::MakeSmart<memkernel::Tree>();
+  const auto hook = du::MakeSmart<EndHook>();
+  hook->onEnd = [&] { assigned.reset(); };
+  former->RegisterObserver(*hook, false);
+  former->CreateRoot(former->CreateProduct({.name = "former"}));
+  stage.gui->SetBaseTree(former);
+  assigned->ApplyFilterToTree(stage.state->filter, stage.state.Get());
+  stage.Finish();
+  ASSERT_EQ(Show(assigned->GetFilteredTree()), "former");
+  stage.gui->SetBaseTree(stage.kernel.Get());
+  stage.host.events.clear();
+  former.Reset();
+
+  *assigned = stage.GetController();
+
+  EXPECT_FALSE(assigned.has_value());
 }
 
 }  // namespace

@@ -29,8 +29,15 @@ private:
 class TreeWatch : public zelk::TreeObserver {
 public:
   bool hasEnded = false;
+  std::function<void()> onEnd;
 
-  void OnDestroy() override { hasEnded = true; }
+  void OnDestroy() override
+  {
+    hasEnded = true;
+    if (onEnd) {
+      onEnd();
+    }
+  }
 };
 
 TEST(FilterJob, IsQueuedOnceHostAndStateHaveBeenAskedInOrder)
@@ -305,6 +312,36 @@ TEST(FilterJob, KeepsTheTreeOfItsResultForBranchesThatAreOpenedLater)
   EXPECT_FALSE(watch->hasEnded);
   stage.gui.Reset();
   EXPECT_TRUE(watch->hasEnded);
+}
+
+TEST(FilterJob, LetsGoOfTheFormerResultAtTheEnd_WhoeverHearsOfItMayDropThePanel)
+{
+  JobStage stage;
+  auto former = du::MakeSmart<memkernel::Tree>();
+  const auto watch = du::MakeSmart<TreeWatch>();
+  former->RegisterObserver(*watch, false);
+  former->CreateRoot(former->CreateProduct({.name = "former"}));
+  stage.gui->SetBaseTree(former);
+  stage.Request();
+  stage.Finish();
+  const auto observer = stage.AddObserver();
+  stage.gui->SetBaseTree(stage.kernel.Get());
+  former.Reset();
+  stage.host.events.clear();
+  bool wasTold = false;
+  watch->onEnd = [&] {
+    wasTold = observer->returned == 1;
+    stage.gui.Reset();
+    stage.state.Reset();
+  };
+  stage.Request();
+  EXPECT_FALSE(watch->hasEnded);
+
+  stage.Finish();
+
+  EXPECT_TRUE(watch->hasEnded);
+  EXPECT_TRUE(wasTold);
+  EXPECT_EQ(stage.gui, nullptr);
 }
 
 }  // namespace
