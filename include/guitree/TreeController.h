@@ -33,7 +33,8 @@ public:
   void RemoveObserver(du::SmartPtr<FilterObserverBase> observer);
 
   /// Cancels all jobs under way, which leave only by completing, and starts one for the current tree of the `GuiTree`;
-  /// without a tree, or a managed object to complete it, there is none, and no word of it. The filter is duplicated.
+  /// without a tree, or a managed object to complete it, there is none, and no word of it. Where no task pool takes it,
+  /// it ends by itself, with an empty result. The filter is duplicated.
   /// `state`, which must not be null, and the host are asked for what the run needs before this returns. A request from
   /// inside one of these questions overtakes this one, which then leaves no result. Constant cost, apart from the lists
   /// of the host.

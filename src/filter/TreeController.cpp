@@ -102,12 +102,10 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
   }
   event->task = task;
   du::TaskPool* const pool = FindRunningPool();
-  if (!pool) {
-    // Nobody would ever run it: it ends as a job without a result.
+  if (!pool || !pool->InsertTask(task)) {
+    // Nobody will ever run it: it ends as a job without a result.
     event->Complete();
-    return;
   }
-  pool->InsertTask(task);
 }
 
 void TreeController::_Orphan(TCAsyncEvent& event) const

@@ -24,11 +24,14 @@ namespace filtertest {
 class SteppedPool : public du::TaskPool {
 public:
   std::deque<du::SmartPtr<du::Task>> waiting;
+  bool acceptsTasks = true;
 
   bool InsertTask(const du::SmartPtr<du::Task>& task) override
   {
-    waiting.push_back(task);
-    return true;
+    if (acceptsTasks) {
+      waiting.push_back(task);
+    }
+    return acceptsTasks;
   }
   void Run(std::size_t index)
   {
