@@ -1,6 +1,7 @@
 #include "guitree/TreeController.h"
 
 #include <algorithm>
+#include <list>
 #include <utility>
 
 #include "facade/Pin.h"
@@ -12,6 +13,17 @@
 #include "zelk/World.h"
 
 namespace guitree {
+namespace {
+
+using InstancePointers = std::list<zelk::BaseInstance*>;
+
+/// Of no list: an empty one.
+InstancePointers Copy(const InstancePointers* list)
+{
+  return list ? *list : InstancePointers();
+}
+
+}  // namespace
 
 TreeController::TreeController(GuiTree* tree) : guiTree(tree), m_liveness(std::make_shared<const int>()) {}
 
@@ -140,13 +152,13 @@ du::SmartPtr<GenerateFilteredTreeTask> TreeController::_MakeTask(structure_utils
                                                                  const du::SmartPtr<zelk::BaseTree>& tree,
                                                                  const du::SmartPtr<TCAsyncEvent>& event)
 {
-  GuiInterface& gui = *guiTree->GetGuiInterface();
   const du::SmartPtr<du::RefCounted> additional = state.GetAdditionalFilterInfo();
   const bool isRootDisplayed = state.GetDisplayRoot();
   const du::SmartPtr<TreeSelectionController> selection = state.GetSelController(false);
-  const std::list<zelk::BaseInstance*>* const list2 = gui.GetNonFilteredInsts2();
-  const std::list<zelk::BaseInstance*>* const list1 = gui.GetNonFilteredInsts1();
-  return du::MakeSmart<GenerateFilteredTreeTask>(&state, filter, selection, additional, tree, list1, list2,
+  // Whoever is asked may put another host in place, which takes the former one's lists along: each is read at once.
+  const InstancePointers list2 = Copy(guiTree->GetGuiInterface()->GetNonFilteredInsts2());
+  const InstancePointers list1 = Copy(guiTree->GetGuiInterface()->GetNonFilteredInsts1());
+  return du::MakeSmart<GenerateFilteredTreeTask>(&state, filter, selection, additional, tree, &list1, &list2,
                                                  !isRootDisplayed, event.Get());
 }
 

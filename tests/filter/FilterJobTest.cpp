@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "JobStage.h"
 #include "zelk/ProgressCtrl.h"
 
@@ -174,6 +176,42 @@ TEST(FilterJob, HandsStateAndHostsAnswersToTheFilter)
 
   EXPECT_GT(questions, 0);
   EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), "root[a[b c]]");
+}
+
+/// A host with the list of what a filter must spare.
+class SparingHost : public filtertest::JobHost {
+public:
+  explicit SparingHost(zelk::BaseInstance* instance) : m_spared{instance} { answers.nonFilteredInsts1 = &m_spared; }
+
+private:
+  std::list<zelk::BaseInstance*> m_spared;
+};
+
+TEST(FilterJob, AsksTheHostOfTheMoment_TheStateMayPutAnotherOneInPlace)
+{
+  for (const std::string at :
+       {"GetAdditionalFilterInfo", "GetDisplayRoot", "GetSelController(false)", "CreateFilteredTree"}) {
+    SCOPED_TRACE(at);
+    JobStage stage;
+    auto former = std::make_unique<SparingHost>(stage.kernel["b"].Get());
+    SparingHost next(stage.kernel["c"].Get());
+    stage.gui->SetGuiInterface(former.get());
+    stage.LetThrough({});
+    stage.state->onQuestion = [&](const std::string& question) {
+      if (question == at) {
+        stage.gui->SetGuiInterface(&next);
+        former.reset();
+      }
+    };
+
+    stage.Request();
+    EXPECT_EQ(former, nullptr);
+    stage.Finish();
+
+    // What came to be asked for before the change holds.
+    EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), at == "CreateFilteredTree" ? "root[a[b]]" : "root[a[c]]");
+    stage.gui->SetGuiInterface(&stage.host);
+  }
 }
 
 TEST(FilterJob, SparesTheChildrenOfARootThatIsNotDisplayed)
