@@ -13,13 +13,6 @@ using guitree::TreeController;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class EndHook : public zelk::TreeObserver {
-public:
-  std::function<void()> onEnd;
-
-  void OnDestroy() override { onEnd(); }
-};
-
 TEST(ControllerCopy, SharesResultAndJobs)
 {
   JobStage stage;
@@ -90,9 +83,9 @@ TEST(ControllerCopy, AnAssignmentMayEndTheControllerWithWhatItReplaces)
   JobStage stage;
   std::optional<TreeController> assigned(stage.gui.Get());
   auto former = du::MakeSmart<memkernel::Tree>();
-  const auto hook = du::MakeSmart<EndHook>();
-  hook->onEnd = [&] { assigned.reset(); };
-  former->RegisterObserver(*hook, false);
+  const auto watch = du::MakeSmart<filtertest::TreeWatch>();
+  watch->onEnd = [&] { assigned.reset(); };
+  former->RegisterObserver(*watch, false);
   former->CreateRoot(former->CreateProduct({.name = "former"}));
   stage.gui->SetBaseTree(former);
   assigned->ApplyFilterToTree(stage.state->filter, stage.state.Get());

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "JobStage.h"
 #include "zelk/ProgressCtrl.h"
 
@@ -10,6 +8,7 @@ namespace {
 
 using filtertest::JobStage;
 using filtertest::Show;
+using filtertest::TreeWatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -26,20 +25,6 @@ public:
 
 private:
   std::vector<std::string>& m_calls;
-};
-
-class TreeWatch : public zelk::TreeObserver {
-public:
-  bool hasEnded = false;
-  std::function<void()> onEnd;
-
-  void OnDestroy() override
-  {
-    hasEnded = true;
-    if (onEnd) {
-      onEnd();
-    }
-  }
 };
 
 TEST(FilterJob, IsQueuedOnceHostAndStateHaveBeenAskedInOrder)
@@ -176,42 +161,6 @@ TEST(FilterJob, HandsStateAndHostsAnswersToTheFilter)
 
   EXPECT_GT(questions, 0);
   EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), "root[a[b c]]");
-}
-
-/// A host with the list of what a filter must spare.
-class SparingHost : public filtertest::JobHost {
-public:
-  explicit SparingHost(zelk::BaseInstance* instance) : m_spared{instance} { answers.nonFilteredInsts1 = &m_spared; }
-
-private:
-  std::list<zelk::BaseInstance*> m_spared;
-};
-
-TEST(FilterJob, AsksTheHostOfTheMoment_TheStateMayPutAnotherOneInPlace)
-{
-  for (const std::string at :
-       {"GetAdditionalFilterInfo", "GetDisplayRoot", "GetSelController(false)", "CreateFilteredTree"}) {
-    SCOPED_TRACE(at);
-    JobStage stage;
-    auto former = std::make_unique<SparingHost>(stage.kernel["b"].Get());
-    SparingHost next(stage.kernel["c"].Get());
-    stage.gui->SetGuiInterface(former.get());
-    stage.LetThrough({});
-    stage.state->onQuestion = [&](const std::string& question) {
-      if (question == at) {
-        stage.gui->SetGuiInterface(&next);
-        former.reset();
-      }
-    };
-
-    stage.Request();
-    EXPECT_EQ(former, nullptr);
-    stage.Finish();
-
-    // What came to be asked for before the change holds.
-    EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), at == "CreateFilteredTree" ? "root[a[b]]" : "root[a[c]]");
-    stage.gui->SetGuiInterface(&stage.host);
-  }
 }
 
 TEST(FilterJob, SparesTheChildrenOfARootThatIsNotDisplayed)
@@ -372,36 +321,6 @@ TEST(FilterJob, KeepsTheTreeOfItsResultForBranchesThatAreOpenedLater)
   EXPECT_FALSE(watch->hasEnded);
   stage.gui.Reset();
   EXPECT_TRUE(watch->hasEnded);
-}
-
-TEST(FilterJob, LetsGoOfTheFormerResultAtTheEnd_WhoeverHearsOfItMayDropThePanel)
-{
-  JobStage stage;
-  auto former = du::MakeSmart<memkernel::Tree>();
-  const auto watch = du::MakeSmart<TreeWatch>();
-  former->RegisterObserver(*watch, false);
-  former->CreateRoot(former->CreateProduct({.name = "former"}));
-  stage.gui->SetBaseTree(former);
-  stage.Request();
-  stage.Finish();
-  const auto observer = stage.AddObserver();
-  stage.gui->SetBaseTree(stage.kernel.Get());
-  former.Reset();
-  stage.host.events.clear();
-  bool wasTold = false;
-  watch->onEnd = [&] {
-    wasTold = observer->returned == 1;
-    stage.gui.Reset();
-    stage.state.Reset();
-  };
-  stage.Request();
-  EXPECT_FALSE(watch->hasEnded);
-
-  stage.Finish();
-
-  EXPECT_TRUE(watch->hasEnded);
-  EXPECT_TRUE(wasTold);
-  EXPECT_EQ(stage.gui, nullptr);
 }
 
 }  // namespace

@@ -142,6 +142,22 @@ public:
   }
 };
 
+/// Hears of the end of a tree.
+class TreeWatch : public zelk::TreeObserver {
+public:
+  bool hasEnded = false;
+  /// Runs when the tree ends.
+  std::function<void()> onEnd;
+
+  void OnDestroy() override
+  {
+    hasEnded = true;
+    if (onEnd) {
+      onEnd();
+    }
+  }
+};
+
 /// A panel that shows a tree, in a world whose jobs run and end step by step. Nothing is populated, nothing recorded
 /// and no filter on at the start.
 class JobStage {
