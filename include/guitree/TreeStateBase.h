@@ -250,6 +250,7 @@ private:
   void _ShowResult(FilteredTree& tree, unsigned int population);
   void _VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population);
   [[nodiscard]] bool _HasGoneMeanwhile(const zelk::BaseInstance* instance) const;
+  void _NoteGone(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _CreateRows(const zelk::BaseTree& tree, unsigned int population);
 

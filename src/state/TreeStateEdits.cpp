@@ -29,9 +29,7 @@ bool TreeStateBase::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& insta
   if (!_HasGuiTree()) {
     return false;
   }
-  if (m_goneMeanwhile) {
-    m_goneMeanwhile->insert(instance.Get());
-  }
+  _NoteGone(instance);
   if (!notFilteredSet.contains(instance.Get())) {
     return false;
   }
@@ -51,6 +49,19 @@ bool TreeStateBase::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& insta
   assocHlightSet.erase(instance.Get());
   _Gui().InstanceRemove(instance, parent, repopulatePending);
   return true;
+}
+
+void TreeStateBase::_NoteGone(const du::SmartPtr<zelk::BaseInstance>& instance)
+{
+  // A kernel that tells of those below as well tells of what is known by then.
+  if (!m_goneMeanwhile || !m_goneMeanwhile->insert(instance.Get()).second || !instance->HasChildren()) {
+    return;
+  }
+  std::set<du::SmartPtr<zelk::BaseInstance>> all;
+  zelk::BaseInstance::GetInstancesAndDescendents({instance}, all);
+  for (const auto& gone : all) {
+    m_goneMeanwhile->insert(gone.Get());
+  }
 }
 
 void TreeStateBase::_ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance)

@@ -79,6 +79,40 @@ Outcome PlayBack(const std::vector<std::string>& calls)
   return outcome;
 }
 
+/// Passes on what the kernel tells of removals. The answers are left alone, as in a burst that has not ended yet.
+class RemovalForwarder : public zelk::TreeObserver {
+public:
+  /// The kernel tells of everything that goes; a state need only hear of the topmost.
+  RemovalForwarder(du::SmartPtr<JobState> state, bool passesOnAll)
+      : m_state(std::move(state)), m_passesOnAll(passesOnAll)
+  {
+  }
+
+  /// In the order in which they were announced.
+  std::vector<std::string> gone;
+
+  void OnInstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
+                        const du::SmartPtr<zelk::BaseInstance>& parent) override
+  {
+    gone.emplace_back(instance->GetObjectName().GetView());
+    if (m_passesOnAll || gone.size() == 1) {
+      m_state->InstanceRemove(instance, parent, false);
+    }
+  }
+
+private:
+  du::SmartPtr<JobState> m_state;
+  bool m_passesOnAll;
+};
+
+Rows Without(Rows rows, const std::vector<std::string>& names)
+{
+  for (const std::string& name : names) {
+    rows.erase(name);
+  }
+  return rows;
+}
+
 class FilterReentrance : public testing::TestWithParam<Operation> {
 protected:
   using Interference = std::function<void(JobStage&)>;
@@ -94,6 +128,37 @@ protected:
     for (std::size_t k = 0; k < count; ++k) {
       Play(static_cast<int>(k), interfere, check);
     }
+  }
+
+  /// Removes a branch of the kernel's tree at each call.
+  static void InterfereByAnEdit(const std::string& top, const std::vector<std::string>& branch, bool isAllToldOf)
+  {
+    SCOPED_TRACE(top);
+    std::size_t callsBefore = 0;
+    bool isInsideARow = false;
+    int rowsInterrupted = 0;
+    du::SmartPtr<RemovalForwarder> forwarder;
+    InterfereAtEachCall(
+        [&](JobStage& stage) {
+          isInsideARow = stage.host.Calls().back().starts_with("InstanceCreate(");
+          forwarder = du::MakeSmart<RemovalForwarder>(stage.state, isAllToldOf);
+          stage.kernel.Get()->RegisterObserver(*forwarder, false);
+          stage.kernel.Get()->Remove(stage.kernel[top]);
+          callsBefore = stage.host.Calls().size();
+        },
+        [&](JobStage& stage, const Outcome& outcome) {
+          EXPECT_EQ(forwarder->gone, branch);
+          forwarder.Reset();
+          // What has gone before the rows are made may have stale ones.
+          if (isInsideARow) {
+            ++rowsInterrupted;
+            const auto& calls = stage.host.Calls();
+            const Rows after = PlayBack({calls.begin() + static_cast<std::ptrdiff_t>(callsBefore), calls.end()}).rows;
+            EXPECT_EQ(Without(after, branch), after);
+            EXPECT_EQ(Without(outcome.rows, branch), Without(GetParam().rows, branch));
+          }
+        });
+    EXPECT_GT(rowsInterrupted, 1);
   }
 
 private:
@@ -209,33 +274,6 @@ TEST_P(FilterReentrance, AHostMayPutAnotherStateInPlace)
       [](JobStage& stage, const Outcome&) { EXPECT_EQ(stage.state->GetNotFilteredSet().size(), s_allRows.size()); });
 }
 
-/// Passes on what the kernel tells of removals. The answers are left alone, as in a burst that has not ended yet.
-class RemovalForwarder : public zelk::TreeObserver {
-public:
-  explicit RemovalForwarder(du::SmartPtr<JobState> state) : m_state(std::move(state)) {}
-
-  /// In the order in which they were announced.
-  std::vector<std::string> gone;
-
-  void OnInstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
-                        const du::SmartPtr<zelk::BaseInstance>& parent) override
-  {
-    gone.emplace_back(instance->GetObjectName().GetView());
-    m_state->InstanceRemove(instance, parent, false);
-  }
-
-private:
-  du::SmartPtr<JobState> m_state;
-};
-
-Rows Without(Rows rows, const std::vector<std::string>& names)
-{
-  for (const std::string& name : names) {
-    rows.erase(name);
-  }
-  return rows;
-}
-
 TEST_P(FilterReentrance, AHostMayEditTheTree_WhatHasGoneGetsNoRowAnyMore)
 {
   const std::map<std::string, std::vector<std::string>> branches{{"a", {"a", "b", "e", "f", "g", "c"}},
@@ -244,31 +282,9 @@ TEST_P(FilterReentrance, AHostMayEditTheTree_WhatHasGoneGetsNoRowAnyMore)
                                                                  {"f", {"f"}},
                                                                  {"d", {"d"}}};
   for (const auto& [top, branch] : branches) {
-    std::size_t callsBefore = 0;
-    bool isInsideARow = false;
-    int rowsInterrupted = 0;
-    du::SmartPtr<RemovalForwarder> forwarder;
-    InterfereAtEachCall(
-        [&, &top = top](JobStage& stage) {
-          isInsideARow = stage.host.Calls().back().starts_with("InstanceCreate(");
-          forwarder = du::MakeSmart<RemovalForwarder>(stage.state);
-          stage.kernel.Get()->RegisterObserver(*forwarder, false);
-          stage.kernel.Get()->Remove(stage.kernel[top]);
-          callsBefore = stage.host.Calls().size();
-        },
-        [&, &branch = branch](JobStage& stage, const Outcome& outcome) {
-          EXPECT_EQ(forwarder->gone, branch);
-          forwarder.Reset();
-          // What has gone before the rows are made may have stale ones.
-          if (isInsideARow) {
-            ++rowsInterrupted;
-            const auto& calls = stage.host.Calls();
-            const Rows after = PlayBack({calls.begin() + static_cast<std::ptrdiff_t>(callsBefore), calls.end()}).rows;
-            EXPECT_EQ(Without(after, branch), after);
-            EXPECT_EQ(Without(outcome.rows, branch), Without(GetParam().rows, branch));
-          }
-        });
-    EXPECT_GT(rowsInterrupted, 1);
+    for (const bool isAllToldOf : {true, false}) {
+      InterfereByAnEdit(top, branch, isAllToldOf);
+    }
   }
 }
 

@@ -326,18 +326,22 @@ TEST(PopulateTree, WithAResetFromInsideARow_MakesNoFurtherRow)
 
 TEST(PopulateTree, WithARemovalFromInsideARow_MakesNoRowForWhatHasGone)
 {
-  Panel panel("root[a b[c] d]");
-  panel.ShowTree();
-  panel.host.onCall = [&](const std::string& line) {
-    if (line.starts_with("InstanceCreate(a")) {
-      panel.state->InstanceRemove(panel.kernel["b"], panel.kernel["root"], false);
-      panel.state->InstanceRemove(panel.kernel["c"], panel.kernel["b"], false);
-    }
-  };
+  for (const bool isAllToldOf : {false, true}) {
+    Panel panel("root[a b[c] d]");
+    panel.ShowTree();
+    panel.host.onCall = [&](const std::string& line) {
+      if (line.starts_with("InstanceCreate(a")) {
+        panel.state->InstanceRemove(panel.kernel["b"], panel.kernel["root"], false);
+        if (isAllToldOf) {
+          panel.state->InstanceRemove(panel.kernel["c"], panel.kernel["b"], false);
+        }
+      }
+    };
 
-  panel.state->PopulateTree(false);
+    panel.state->PopulateTree(false);
 
-  EXPECT_THAT(panel.GetShownNames(), ElementsAre("a", "d", "root"));
+    EXPECT_THAT(panel.GetShownNames(), ElementsAre("a", "d", "root"));
+  }
 }
 
 TEST(PopulateTree, WithARemovalAndAReturnFromInsideARow_MakesTheRow)
