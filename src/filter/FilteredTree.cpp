@@ -133,9 +133,12 @@ unsigned int FilteredTree::GetNumHfInsts()
 FilteredTree::Node* FilteredTree::GetNode(du::SmartPtr<zelk::BaseInstance> instance)
 {
   std::vector<const zelk::BaseInstance*> path;
+  du::SmartPtr<zelk::BaseInstance> parent;
   while (instance) {
     path.push_back(instance.Get());
-    instance->GetBaseParent(instance);
+    // A kernel may clear its argument first, which must not be the last holder of who is asked.
+    instance->GetBaseParent(parent);
+    instance.Swap(parent);
   }
   if (path.empty()) {
     return nullptr;

@@ -1,4 +1,5 @@
 #include "EngineStage.h"
+#include "testsupport/PlainBaseInstance.h"
 
 namespace filtertest {
 namespace {
@@ -246,6 +247,34 @@ TEST(FilteredTree, GetNode_OfNullOrWithoutATree_IsNull)
   EXPECT_EQ(stage.tree->GetNode(stage.kernel["a"]), nullptr);
   stage.Build();
   EXPECT_EQ(stage.tree->GetNode(nullptr), nullptr);
+}
+
+TEST(FilteredTree, GetNode_NeverHandsAnInstanceTheOnlyPointerToIt)
+{
+  // Clears the argument before anything else.
+  class ClearingInstance : public testsupport::PlainBaseInstance {
+  public:
+    explicit ClearingInstance(Instance above) : PlainBaseInstance("any"), m_parent(std::move(above)) {}
+
+    void GetBaseParent(Instance& out) const override
+    {
+      EXPECT_NE(out.Get(), this);
+      out.Reset();
+      out = m_parent;
+    }
+
+  private:
+    Instance m_parent;
+  };
+  Instance chain;
+  for (int level = 0; level < 4; ++level) {
+    chain = du::MakeSmart<ClearingInstance>(chain);
+  }
+  Stage stage("root[a]");
+  stage.Build();
+
+  EXPECT_EQ(stage.tree->GetNode(chain), nullptr);
+  EXPECT_EQ(stage.tree->GetNode(std::move(chain)), nullptr);
 }
 
 TEST(FilteredTree, Copy_IsMemberwiseAndSharesTheNodes)
