@@ -48,14 +48,19 @@ public:
 protected:
   class TCAsyncEvent;
 
+public:
+  /// What smart pointers to the nested class use where only its declaration is visible: the new count, and whether the
+  /// reference was the last one and the event has gone. Any thread. The event must not be null.
+  static int AddSmartPtrReference(const TCAsyncEvent* event, void* owner);
+  static bool AttemptDeleteSmartPtrReference(const TCAsyncEvent* event, void* owner);
+
+protected:
   /// A job has ended, in whichever way: its result becomes the present one, also that of a cancelled job. The last one
   /// to end is told to the observers, in order; those that come on the way are told too. An observer may start another
   /// job, and may destroy the controller, after which no other observer is told.
   void _EventComplete(du::SmartPtr<TCAsyncEvent> event, bool isPlain);
 
 private:
-  static int AddSmartPtrReference(const TCAsyncEvent* event, void* owner);
-  static bool AttemptDeleteSmartPtrReference(const TCAsyncEvent* event, void* owner);
   friend int AddSmartPtrReference(const TCAsyncEvent* event, void* owner)
   {
     return TreeController::AddSmartPtrReference(event, owner);
