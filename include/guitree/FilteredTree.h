@@ -65,7 +65,9 @@ public:
   /// Builds the tree of `rootInstance`, which takes the place of what the object held; the two sets go on to list what
   /// they listed. Holds the read side of the kernel tree's lock for its whole length, so that the kernel's writers
   /// wait. `rootInstance` null gives an empty tree; `selection`, `additionalInfo` and `event` may be null. Instances of
-  /// `notFiltered` are exempt from the filter, and their children with them.
+  /// `notFiltered` are exempt from the filter, and their children with them, apart from bodies under `GetHideBodies`.
+  /// With any exemption, a child of the topmost instance that `IsRootFilteredOut` rejects is filtered out, unless it is
+  /// an instance of `notFiltered` itself.
   ///
   /// A cancel of `event` is seen at the next node and leaves the root over a placeholder. Progress is reported for
   /// every 2,500 nodes; two passes over the tree report more than 100 on the way, and at most 255.

@@ -36,8 +36,8 @@ public:
   /// without a tree, or a managed object to complete it, there is none, and no word of it. Where no task pool takes it,
   /// it ends by itself, with an empty result. The filter is duplicated.
   /// `state`, which must not be null, and the host are asked for what the run needs before this returns. A request from
-  /// inside one of these questions overtakes this one, which then leaves no result. Constant cost, apart from the lists
-  /// of the host.
+  /// inside one of these questions overtakes this one, which then leaves no result. Costs the number of jobs under
+  /// way, the lists of the host and what the filter's `Duplicate` costs; not the size of the tree.
   void ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filter, TreeStateBase* state);
 
   /// Whether a job is under way.

@@ -114,10 +114,12 @@ public:
   /// Takes the root out of the matches of a result, if it is not displayed. `tree` may be null.
   virtual void RemoveHiddenNotFilteredItems(const du::SmartPtr<FilteredTree>& tree);
   /// Opens a placeholder of the result that is shown: `path` leads from the top of the filtered tree to the node whose
-  /// last child it is, both included. Everything below that node gets a row, unfiltered. True when the host has got the
-  /// rows. False, without a host call, while a job runs, without a result, and for a path that leads nowhere or to a
-  /// node without a placeholder. It works on the last result also after the filter has been turned off. Costs the new
-  /// rows.
+  /// last child it is, both included. The children of that node that have no node yet get rows, with all that is below
+  /// them, unfiltered; before them those of a leaf that stands right before the placeholder. They come from the kernel,
+  /// or from the result of the hidden pass where a visible one went over that. True once the branch is open, also when
+  /// nothing has come. False, without a host call, while a job runs, without a result, and for a path that leads
+  /// nowhere or to a node without a placeholder. It works on the last result also after the filter has been turned off.
+  /// Costs the new rows, the siblings that are searched along the path, and the children of the node and of its source.
   virtual bool ExpandFilterNode(const std::list<zelk::BaseInstance*>& path);
 
   /// A change of the selection, in brackets of begin and end. While the panel is not visible only a flag is set: what
