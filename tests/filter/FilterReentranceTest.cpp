@@ -83,10 +83,7 @@ Outcome PlayBack(const std::vector<std::string>& calls)
 class RemovalForwarder : public zelk::TreeObserver {
 public:
   /// The kernel tells of everything that goes; a state need only hear of the topmost.
-  RemovalForwarder(du::SmartPtr<JobState> state, bool passesOnAll)
-      : m_state(std::move(state)), m_passesOnAll(passesOnAll)
-  {
-  }
+  RemovalForwarder(JobState& state, bool passesOnAll) : m_state(state), m_passesOnAll(passesOnAll) {}
 
   /// In the order in which they were announced.
   std::vector<std::string> gone;
@@ -96,13 +93,13 @@ public:
   {
     gone.emplace_back(instance->GetObjectName().GetView());
     if (m_passesOnAll || gone.size() == 1) {
-      m_state->InstanceRemove(instance, parent, false);
+      m_state.InstanceRemove(instance, parent, false);
     }
   }
 
 private:
-  du::SmartPtr<JobState> m_state;
-  bool m_passesOnAll;
+  JobState& m_state;
+  const bool m_passesOnAll;
 };
 
 Rows Without(Rows rows, const std::vector<std::string>& names)
@@ -141,7 +138,7 @@ protected:
     InterfereAtEachCall(
         [&](JobStage& stage) {
           isInsideARow = stage.host.Calls().back().starts_with("InstanceCreate(");
-          forwarder = du::MakeSmart<RemovalForwarder>(stage.state, isAllToldOf);
+          forwarder = du::MakeSmart<RemovalForwarder>(*stage.state, isAllToldOf);
           stage.kernel.Get()->RegisterObserver(*forwarder, false);
           stage.kernel.Get()->Remove(stage.kernel[top]);
           callsBefore = stage.host.Calls().size();
