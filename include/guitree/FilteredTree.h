@@ -14,6 +14,7 @@
 #include "structure_utils/TreeFilterInfoBase.h"
 #include "zelk/AsyncEvent.h"
 #include "zelk/BaseInstance.h"
+#include "zelk/BaseTree.h"
 
 namespace guitree {
 
@@ -170,6 +171,8 @@ private:
   InstanceList m_keptAlive;
   /// The trees of a cancelled run. Owned; taking them apart takes as long as building them has, so that is put off.
   DiscardedTrees m_discarded;
+  /// The tree that a job reads; null outside of its run.
+  const zelk::BaseTree* m_treeOfJob = nullptr;
   std::size_t m_nodeCount = 0;
   /// Stands among the created items already; null for none.
   const zelk::BaseInstance* m_knownSibling = nullptr;

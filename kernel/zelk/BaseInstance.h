@@ -39,7 +39,9 @@ public:
   virtual void GetBaseNextSibling(du::SmartPtr<BaseInstance>& out) const = 0;
   /// Null at the top of the chain, and for an instance that has been taken out of its tree.
   virtual void GetBaseParent(du::SmartPtr<BaseInstance>& out) const = 0;
-  /// Null for an instance without a tree.
+  /// Null for an instance without a tree. Any thread, without the lock, which is found by it: the answer may change at
+  /// any time before the lock is held. A thread other than the owner's asks while the tree is kept alive. Where the
+  /// answer is null because the instance has been taken out, everything below it has been taken out as well.
   virtual void GetBaseTree(du::SmartPtr<BaseTree>& out) const = 0;
   [[nodiscard]] virtual bool HasChildren() const = 0;
   /// Tells whether the list of children is still the one that somebody has looked through, so that nobody need look

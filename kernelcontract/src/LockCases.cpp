@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <thread>
@@ -140,6 +141,63 @@ void InsideAVisit_ThisThreadAndOthersCanRead(KernelUnderTest& kernel)
   EXPECT_EQ(visitor.visits, tree.GetNames().size());
 }
 
+/// Asks for the tree of an instance until it has none, or has been removed and names one all the same.
+void AskForTheTreeUntilItIsLeft(const zelk::BaseInstance& instance, const std::atomic<bool>& isRemoved,
+                                std::set<const zelk::BaseTree*>& answers)
+{
+  bool isLast = false;
+  du::SmartPtr<zelk::BaseTree> found;
+  do {
+    isLast = isRemoved;
+    instance.GetBaseTree(found);
+    answers.insert(found.Get());
+  } while (found && !isLast);
+}
+
+std::size_t CountWithoutATree(const du::SmartPtr<zelk::Instance>& top)
+{
+  std::set<du::SmartPtr<zelk::BaseInstance>> all;
+  zelk::BaseInstance::GetInstancesAndDescendents({top}, all);
+  std::size_t count = 0;
+  for (const auto& instance : all) {
+    du::SmartPtr<zelk::BaseTree> found;
+    instance->GetBaseTree(found);
+    count += found ? 0U : 1U;
+  }
+  return count;
+}
+
+void WithoutTheLock_AThreadFindsTheTreeOfAnInstanceUntilItHasLeftWithAllBelowIt(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  const auto& top = tree["a"];
+  const zelk::BaseTree* const owner = kernel.GetWorld().tree.Get();
+  std::set<const zelk::BaseTree*> answers;
+  std::size_t left = 0;
+  std::atomic<bool> isRemoved{false};
+  std::promise<void> isAsking;
+  std::future<void> hasBegun = isAsking.get_future();
+  std::thread reader([&] {
+    du::SmartPtr<zelk::BaseTree> found;
+    top->GetBaseTree(found);
+    answers.insert(found.Get());
+    isAsking.set_value();
+    AskForTheTreeUntilItIsLeft(*top, isRemoved, answers);
+    left = CountWithoutATree(top);
+  });
+
+  hasBegun.wait();
+  kernel.Set3dSymbol(top, true);
+  kernel.RenameInstance(top, "other");
+  kernel.AddInstance(top, "pin", "new");
+  kernel.RemoveInstance(top);
+  isRemoved = true;
+  reader.join();
+
+  EXPECT_EQ(answers, (std::set<const zelk::BaseTree*>{owner, nullptr}));
+  EXPECT_EQ(left, 5U) << "a, a1, a2, x and the new one";
+}
+
 }  // namespace
 
 std::vector<ContractCase> GetLockCases()
@@ -151,6 +209,8 @@ std::vector<ContractCase> GetLockCases()
       {"Lock", "UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite",
        &UnderTheReadSide_ProgressDoesNotWaitForAnOwnerThatWaitsToWrite},
       {"Lock", "InsideAVisit_ThisThreadAndOthersCanRead", &InsideAVisit_ThisThreadAndOthersCanRead},
+      {"Lock", "WithoutTheLock_AThreadFindsTheTreeOfAnInstanceUntilItHasLeftWithAllBelowIt",
+       &WithoutTheLock_AThreadFindsTheTreeOfAnInstanceUntilItHasLeftWithAllBelowIt},
   };
 }
 

@@ -489,22 +489,26 @@ void Tree::_LeaveTree(Instance& top)
   unsigned int count = 0;
   for (const Instance* next = &top; next; next = next->_GetNextInSubtree(&top)) {
     auto& leaving = const_cast<Instance&>(*next);
-    leaving._SetFlags(InstanceInTree, false);
+    if (next != &top) {
+      leaving._SetFlags(InstanceInTree, false);
+    }
     m_groups->Forget(leaving);
     m_revisions->Forget(leaving);
     ++count;
   }
+  // Last: who asks the top without the lock, and finds it out of the tree, finds everything below it finished.
+  top._SetFlags(InstanceInTree, false);
   m_count.fetch_sub(count, std::memory_order_relaxed);
 }
 
 bool Tree::_ChangeFlags(Instance& instance, unsigned int flags, bool on)
 {
-  const unsigned int before = instance.m_flags;
+  const unsigned int before = instance._GetFlags();
   {
     const WriteGuard guard(_GetLockForEdit());
     instance._SetFlags(flags, on);
   }
-  const unsigned int changed = instance.m_flags ^ before;
+  const unsigned int changed = instance._GetFlags() ^ before;
   if ((changed & Instance3dSymbol) != 0 && instance.m_parent) {
     m_revisions->OnOtherChange(*instance.m_parent);
   }

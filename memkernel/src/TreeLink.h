@@ -11,7 +11,8 @@ class TreeLink : public virtual du::RefCounted {
 public:
   explicit TreeLink(Tree* owner) : tree(owner) {}
 
-  /// Null once the tree has gone. Changed under the write side of the tree's lock.
+  /// Null once the tree has gone. Changed by the end of the tree alone, so that whoever keeps the tree reads it without
+  /// the lock.
   Tree* tree;
 };
 

@@ -68,7 +68,9 @@ void FilteredTree::BuildTree(structure_utils::TreeFilterInfoBase& filter, du::Sm
     return;
   }
   const du::SmartPtr<zelk::BaseTree> tree = GetTreeOf(*rootInstance);
-  dp::ReadWriteLock* const lock = tree ? tree->GetReadWriteLock() : nullptr;
+  // A root that has left the tree of the job just now still shares what the owner edits there, such as its products.
+  const zelk::BaseTree* const guarded = tree ? tree.Get() : m_treeOfJob;
+  dp::ReadWriteLock* const lock = guarded ? guarded->GetReadWriteLock() : nullptr;
   // Lets a writer at work end before the long read begins.
   {
     const dp::ReadGuard barrier(lock);

@@ -71,7 +71,9 @@ void GenerateFilteredTreeTask::_Build()
     baseTree->GetBaseRoot(root);
   }
   if (root) {
+    filteredTree->m_treeOfJob = baseTree.Get();
     filteredTree->BuildTree(*filter, std::move(root), selController, additionalInfo, notFilteredInsts, asyncEvent);
+    filteredTree->m_treeOfJob = nullptr;
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "CountedKernel.h"
 #include "JobStage.h"
 
 namespace {
@@ -132,6 +133,27 @@ TEST(GenerateFilteredTreeTask, OfATreeWithoutARoot_CompletesWithAnEmptyResult)
 
   EXPECT_EQ(Show(task->GetFilteredTreeResult()), "none");
   EXPECT_TRUE(parts.event->IsCompleted());
+}
+
+TEST(GenerateFilteredTreeTask, OfARootThatHasLeftTheTreeSinceItWasFound_ReadsUnderTheLockOfThatTree)
+{
+  struct RootTree : filtertest::LoggedTree {
+    void GetBaseRoot(du::SmartPtr<zelk::BaseInstance>& out) const override { out = root; }
+    du::SmartPtr<zelk::BaseInstance> root;
+  };
+  Parts parts;
+  filtertest::CountedKernel leftBehind;
+  leftBehind.Add(leftBehind.Add(nullptr, "root"), "a");
+  const auto tree = du::MakeSmart<RootTree>();
+  tree->root = leftBehind.GetRoot();
+  parts.tree = tree;
+  leftBehind.onVisit = [&] { tree->log.emplace_back("read"); };
+  const auto task = parts.Make();
+
+  task->Run();
+
+  EXPECT_EQ(Show(task->GetFilteredTreeResult()), "root[a]");
+  EXPECT_THAT(tree->log, testing::ElementsAre("lock", "unlock", "lock", "read", "read", "unlock"));
 }
 
 TEST(GenerateFilteredTreeTask, WithoutAnEvent_BuildsAndEndsOnEveryRoad)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -35,10 +36,10 @@ public:
   [[nodiscard]] const du::SmartPtr<Product>& GetProduct() const noexcept { return m_product; }
   /// The instance's own name, else that of its product.
   [[nodiscard]] du::Symbol GetObjectName() const override;
-  /// False as soon as the instance, or one above it, has been removed.
+  /// False as soon as the instance, or one above it, has been removed. As `GetBaseTree`: any thread, without the lock.
   [[nodiscard]] bool IsInTree() const noexcept;
   /// The bits of `InstanceFlag`.
-  [[nodiscard]] unsigned int GetFlags() const noexcept { return m_flags & InstanceAllFlags; }
+  [[nodiscard]] unsigned int GetFlags() const noexcept { return _GetFlags() & InstanceAllFlags; }
   /// What `Tree::AddViewable` has added, in order.
   [[nodiscard]] std::vector<du::SmartPtr<zelk::ViewableData>> GetViewables() const;
 
@@ -52,6 +53,7 @@ public:
   void GetBaseFirstChild(du::SmartPtr<zelk::BaseInstance>& out) const override;
   void GetBaseNextSibling(du::SmartPtr<zelk::BaseInstance>& out) const override;
   void GetBaseParent(du::SmartPtr<zelk::BaseInstance>& out) const override;
+  /// Any thread, without the lock. Where it answers null, everything below the instance has left the tree as well.
   void GetBaseTree(du::SmartPtr<zelk::BaseTree>& out) const override;
   [[nodiscard]] bool HasChildren() const override;
   /// 0 as well once the instance, or one above it, has been removed. From the first call on the tree keeps some 40
@@ -89,8 +91,14 @@ private:
 
   Instance(const du::SmartPtr<Product>& product, const du::Symbol& subKey);
 
-  [[nodiscard]] bool _Has(unsigned int flag) const noexcept { return (m_flags & flag) != 0; }
-  void _SetFlags(unsigned int flags, bool on) noexcept { m_flags = on ? m_flags | flags : m_flags & ~flags; }
+  [[nodiscard]] bool _Has(unsigned int flag) const noexcept { return (_GetFlags() & flag) != 0; }
+  [[nodiscard]] unsigned int _GetFlags() const noexcept { return m_flags.load(std::memory_order_acquire); }
+  /// In one thread at a time, so no other change can come between.
+  void _SetFlags(unsigned int flags, bool on) noexcept
+  {
+    const unsigned int before = m_flags.load(std::memory_order_relaxed);
+    m_flags.store(on ? before | flags : before & ~flags, std::memory_order_release);
+  }
   /// Lets go of a list of children, and of all that die with them, without recursion.
   static void _ReleaseList(Instance* firstChild);
   [[nodiscard]] Own& _GetOwn();
@@ -118,8 +126,9 @@ private:
   /// For the first child its last sibling, which is how a parent finds its last child.
   Instance* m_previousSibling = nullptr;
   std::unique_ptr<Own> m_own;
-  /// `InstanceFlag`, and above them what the tree keeps for itself.
-  unsigned int m_flags;
+  /// `InstanceFlag`, and above them what the tree keeps for itself. Atomic because a reader finds the tree, and with it
+  /// the lock, by a look at them.
+  std::atomic<unsigned int> m_flags;
 };
 
 }  // namespace memkernel
