@@ -114,10 +114,13 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
   }
   event->task = task;
   du::TaskPool* const pool = FindRunningPool();
-  if (!pool || !pool->InsertTask(task)) {
+  if (!pool) {
     // Nobody will ever run it: it ends as a job without a result.
     event->Complete();
+    return;
   }
+  // A pool refuses when its world ends, and the panel with it; whether it does makes no difference here.
+  static_cast<void>(pool->InsertTask(task));
 }
 
 void TreeController::_Orphan(TCAsyncEvent& event) const
