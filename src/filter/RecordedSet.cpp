@@ -117,7 +117,7 @@ public:
   SubKeySort(InstanceList& equals, Patience& patience) : m_equals(equals), m_patience(patience) {}
 
   /// Moves what stays to `out`, which does not lie behind `first`, and answers where that ends.
-  InstanceList::iterator operator()(InstanceList::iterator first, InstanceList::iterator last,
+  InstanceList::iterator operator()(const InstanceList::iterator& first, const InstanceList::iterator& last,
                                     InstanceList::iterator out)
   {
     _ReadKeys(first, last);
@@ -149,7 +149,7 @@ private:
 
   [[nodiscard]] static bool IsBefore(const Keyed& a, const Keyed& b) { return std::less<>()(a.key, b.key); }
 
-  void _ReadKeys(InstanceList::const_iterator first, InstanceList::const_iterator last)
+  void _ReadKeys(const InstanceList::iterator& first, const InstanceList::iterator& last)
   {
     m_keyed.clear();
     for (auto item = first; item != last; ++item) {
