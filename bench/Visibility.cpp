@@ -82,7 +82,7 @@ Leaves Reverse(Leaves leaves)
 /// The same every time.
 Leaves Shuffle(Leaves leaves)
 {
-  std::mt19937 random;  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every time
+  std::mt19937 random;
   for (std::size_t left = leaves.size(); left > 1; --left) {
     std::swap(leaves[left - 1], leaves[random() % left]);
   }

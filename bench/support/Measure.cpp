@@ -117,7 +117,7 @@ Figures MakeFigures(double seconds, Figures others)
 
 void Register(const std::string& name, const std::vector<std::int64_t>& counts, const CountedRun& run)
 {
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns what is registered
+  // The library owns what is registered.
   auto* benchmark =
       benchmark::internal::RegisterBenchmarkInternal(std::make_unique<CountedBenchmark>(name, run).release());
   for (const std::int64_t count : counts) {

@@ -89,7 +89,7 @@ public:
   ~SmartPtr() { Reset(); }
 
   /// The new object is acquired before the old one is let go of; the same object is left alone.
-  SmartPtr& operator=(const SmartPtr& other)  // NOLINT(bugprone-unhandled-self-assignment): held, so left alone
+  SmartPtr& operator=(const SmartPtr& other)  // NOLINT(bugprone-unhandled-self-assignment): it holds one object
   {
     if (m_object != other.m_object) {
       // The other pointer may be a member of the object that dies here.

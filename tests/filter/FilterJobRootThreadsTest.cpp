@@ -66,6 +66,15 @@ private:
   bool m_isIcon = false;
 };
 
+void ExpectTheRowsOfALastFilter(LiveStage& stage, Owner& owner)
+{
+  owner.StartAFilter();
+  ASSERT_TRUE(stage.RunUntilIdle());
+
+  EXPECT_TRUE(stage.IsInStep());
+  EXPECT_EQ(stage.ListRows(), stage.ListExpectedRows(owner.GetText()));
+}
+
 TEST(FilterJobRootThreads, JobsThatStartWhileTheOwnerSetsFlagsOfTheRoot_EndInTheRowsOfTheLastOne)
 {
   LiveStage stage(200);
@@ -82,11 +91,7 @@ TEST(FilterJobRootThreads, JobsThatStartWhileTheOwnerSetsFlagsOfTheRoot_EndInThe
     stage.RunTurn();
     ASSERT_TRUE(stage.IsInStep());
   }
-  owner.StartAFilter();
-  ASSERT_TRUE(stage.RunUntilIdle());
-
-  EXPECT_TRUE(stage.IsInStep());
-  EXPECT_EQ(stage.ListRows(), stage.ListExpectedRows(owner.GetText()));
+  ExpectTheRowsOfALastFilter(stage, owner);
 }
 
 TEST(FilterJobRootThreads, JobsThatStartWhileTheRootIsRemovedAndMadeAnew_EndInTheRowsOfTheLastTree)
@@ -105,11 +110,7 @@ TEST(FilterJobRootThreads, JobsThatStartWhileTheRootIsRemovedAndMadeAnew_EndInTh
     stage.RunTurn();
     ASSERT_TRUE(stage.IsInStep());
   }
-  owner.StartAFilter();
-  ASSERT_TRUE(stage.RunUntilIdle());
-
-  EXPECT_TRUE(stage.IsInStep());
-  EXPECT_EQ(stage.ListRows(), stage.ListExpectedRows(owner.GetText()));
+  ExpectTheRowsOfALastFilter(stage, owner);
 }
 
 TEST(FilterJobRootThreads, JobsOfATreeThatIsEmptied_LeaveNothingForTheNextOneToShow)

@@ -11,6 +11,16 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// What happens to a panel between the request of a filter and the arrival of its result.
+/// The older lets through "b", the newer "d".
+void StartTwoJobs(JobStage& stage)
+{
+  for (const char* const name : {"b", "d"}) {
+    stage.LetThrough({name});
+    stage.state->PopulateTree(false);
+  }
+  static_cast<void>(stage.host.TakeCalls());
+}
+
 TEST(LateResult, OfAFilterThatWentOffMeanwhileAddsItsRowsOnTop)
 {
   JobStage stage;
@@ -112,11 +122,7 @@ TEST(LateResult, IsLeftAsItWasByAPanelReset)
 TEST(LateResult, OfTheOlderOfTwoJobsMakesNoRow)
 {
   JobStage stage;
-  stage.LetThrough({"b"});
-  stage.state->PopulateTree(false);
-  stage.LetThrough({"d"});
-  stage.state->PopulateTree(false);
-  static_cast<void>(stage.host.TakeCalls());
+  StartTwoJobs(stage);
 
   stage.GetPool().Run(0);
   stage.Deliver();
@@ -130,11 +136,7 @@ TEST(LateResult, OfTheOlderOfTwoJobsMakesNoRow)
 TEST(LateResult, OfACancelledJobThatEndsLastMakesNoRow)
 {
   JobStage stage;
-  stage.LetThrough({"b"});
-  stage.state->PopulateTree(false);
-  stage.LetThrough({"d"});
-  stage.state->PopulateTree(false);
-  static_cast<void>(stage.host.TakeCalls());
+  StartTwoJobs(stage);
 
   stage.GetPool().Run(1);
   stage.Finish();

@@ -19,7 +19,7 @@ public:
   public:
     Lent(const ScriptedFilter& original, int& deletions) : ScriptedFilter(original), m_deletions(deletions) {}
 
-    // NOLINTNEXTLINE(misc-new-delete-overloads): made by the global one
+    // Made by the global one.
     static void operator delete(Lent* lent, std::destroying_delete_t /*tag*/) { ++lent->m_deletions; }
     struct TakeBack {
       void operator()(Lent* lent) const
