@@ -19,6 +19,15 @@ protected:
     options.trace = trace;
     return std::make_unique<Panel>(stage.GetWorld(), stage.stage, options);
   }
+  /// It is held, and looks for "bolt".
+  std::unique_ptr<Panel> OpenWithAFilterAtWork()
+  {
+    auto panel = Open();
+    panel->HoldFilters(true);
+    panel->SetFilter({.text = "bolt"});
+    EXPECT_TRUE(panel->Settle());
+    return panel;
+  }
 
   PanelStage stage;
 };
@@ -81,10 +90,7 @@ TEST_F(PanelTest, HeldFilter_IsStillAtWorkWhenThePanelHasSettled)
 
 TEST_F(PanelTest, EditWhileAFilterReads_EndsItAndFiltersAgain)
 {
-  const auto panel = Open();
-  panel->HoldFilters(true);
-  panel->SetFilter({.text = "bolt"});
-  EXPECT_TRUE(panel->Settle());
+  const auto panel = OpenWithAFilterAtWork();
 
   EXPECT_TRUE(stage.GetTree().Rename(stage.frame, "bolted frame"));
   panel->CatchUp();
@@ -113,10 +119,7 @@ TEST_F(PanelTest, CatchUp_WithoutAnEdit_DoesNothing)
 
 TEST_F(PanelTest, CancelledFilter_CanBeOpened)
 {
-  const auto panel = Open();
-  panel->HoldFilters(true);
-  panel->SetFilter({.text = "bolt"});
-  EXPECT_TRUE(panel->Settle());
+  const auto panel = OpenWithAFilterAtWork();
   EXPECT_FALSE(panel->Expand(*stage.pump));
 
   EXPECT_TRUE(panel->CancelFilter());
@@ -130,10 +133,7 @@ TEST_F(PanelTest, CancelledFilter_CanBeOpened)
 
 TEST_F(PanelTest, FilterSwitchedOffAtWork_LeavesNothingOfItsResult)
 {
-  const auto panel = Open();
-  panel->HoldFilters(true);
-  panel->SetFilter({.text = "bolt"});
-  EXPECT_TRUE(panel->Settle());
+  const auto panel = OpenWithAFilterAtWork();
 
   panel->SetFilter({});
   EXPECT_TRUE(panel->Settle());

@@ -4,28 +4,18 @@
 
 #include <string>
 
-#include "script/ScriptError.h"
+#include "FaultOf.h"
 #include "script/ScriptParser.h"
 
 namespace {
 
 using script::ParseLine;
-using script::ScriptError;
 using script::Verb;
+using scripttest::FaultOf;
 
 FilterSettings FilterOf(const std::string& line)
 {
   return ParseLine(line)->filter;
-}
-
-std::string FaultOf(const std::string& line)
-{
-  try {
-    static_cast<void>(ParseLine(line));
-  } catch (const ScriptError& error) {
-    return error.what();
-  }
-  return "none";
 }
 
 TEST(ParseFilter, Text_IsOneWordOrInQuotes)

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "FaultOf.h"
 #include "script/Forms.h"
-#include "script/ScriptError.h"
 
 namespace {
 
@@ -20,18 +20,8 @@ using script::Form;
 using script::ParseLine;
 using script::Path;
 using script::PathStep;
-using script::ScriptError;
 using script::Verb;
-
-std::string FaultOf(const std::string& line)
-{
-  try {
-    static_cast<void>(ParseLine(line));
-  } catch (const ScriptError& error) {
-    return error.what();
-  }
-  return "none";
-}
+using scripttest::FaultOf;
 
 TEST(ParseLine, EmptyLinesAndComments_AreNoCommands)
 {
