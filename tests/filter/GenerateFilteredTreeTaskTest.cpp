@@ -181,7 +181,8 @@ TEST(GenerateFilteredTreeTask, WithoutAState_MakesAPlainTreeAndKnowsNoHost)
   const auto task = parts.Make();
 
   EXPECT_EQ(task->GetGuiInterface(), nullptr);
-  EXPECT_EQ(typeid(*task->GetFilteredTreeResult()), typeid(guitree::FilteredTree));
+  const guitree::FilteredTree& result = *task->GetFilteredTreeResult();
+  EXPECT_EQ(typeid(result), typeid(guitree::FilteredTree));
   EXPECT_EQ(task->GetBaseTree(), parts.tree);
 }
 
@@ -205,7 +206,8 @@ TEST(GenerateFilteredTreeTask, WithAStateThatMakesNoTree_MakesAPlainOne)
   Parts parts;
   const auto task = parts.Make();
 
-  EXPECT_EQ(typeid(*task->GetFilteredTreeResult()), typeid(guitree::FilteredTree));
+  const guitree::FilteredTree& result = *task->GetFilteredTreeResult();
+  EXPECT_EQ(typeid(result), typeid(guitree::FilteredTree));
 }
 
 TEST(GenerateFilteredTreeTask, KnowsTheHostOfTheTimeWhenItWasMade)
