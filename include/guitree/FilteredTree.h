@@ -8,8 +8,9 @@
 
 #include "du/RefCounted.h"
 #include "du/SmartPtr.h"
+#include "guitree/CreatedItems.h"
 #include "guitree/InstsComperator.h"
-#include "guitree/RecordedSet.h"
+#include "guitree/MatchedItems.h"
 #include "guitree/TreeSelectionController.h"
 #include "structure_utils/TreeFilterInfoBase.h"
 #include "zelk/AsyncEvent.h"
@@ -40,8 +41,8 @@ public:
     /// Null at a root.
     Node* parent = nullptr;
   };
-  using InstanceSet = std::set<du::SmartPtr<zelk::BaseInstance>>;
-  using CreatedSet = std::set<du::SmartPtr<zelk::BaseInstance>, InstsComperator>;
+  using InstanceSet = MatchedItems::Set;
+  using CreatedSet = CreatedItems::Set;
 
   FilteredTree();
   /// Memberwise: nodes are shared and not duplicated, so only one of source and copy may own a tree when it ends.
@@ -51,8 +52,8 @@ public:
   ~FilteredTree() override;
   [[nodiscard]] bool ZeroReferenceCountHook() const override;
 
-  /// Replaces `out` with the instances that passed the filter. Costs their number, and at the first time a sort of
-  /// them: nothing in the library asks, so no run pays for their order.
+  /// Replaces `out` with the instances that passed the filter. Costs their number, and a search each where their
+  /// addresses do not ascend.
   virtual void GetMatchedFilterItems(InstanceSet& out) const;
   /// Whether nothing passed the filter. There may be nodes all the same: the root, and ancestors.
   [[nodiscard]] virtual bool IsFilteredTreeEmpty() const;
@@ -134,8 +135,8 @@ protected:
   unsigned int numInsts = 0;
   /// Whether `root` is the result of the hidden pass.
   bool rootIsHfTree = false;
-  RecordedSet<ByAddress> matchedItems;
-  RecordedSet<InstsComperator> createdItems;
+  MatchedItems matchedItems;
+  CreatedItems createdItems;
 
 private:
   friend class GenerateFilteredTreeTask;

@@ -48,11 +48,11 @@ FilteredTree& FilteredTree::operator=(const FilteredTree&) = default;
 FilteredTree::~FilteredTree()
 {
   _DisposeOfDiscarded();
-  const std::size_t size = m_nodeCount + m_keptAlive.size() + matchedItems.GetSizeBound() + createdItems.GetSizeBound();
+  const std::size_t size = m_nodeCount + m_keptAlive.size() + createdItems.GetRecord().size();
+  matchedItems.Clear();
   std::vector<InstanceList> references;
+  references.push_back(createdItems.TakeRecord());
   references.push_back(std::move(m_keptAlive));
-  matchedItems.MoveTo(references);
-  createdItems.MoveTo(references);
   ResultDisposal::Dispose({root, hfRoot}, std::move(references), size);
 }
 
@@ -68,7 +68,7 @@ bool FilteredTree::ZeroReferenceCountHook() const
 
 void FilteredTree::GetMatchedFilterItems(InstanceSet& out) const
 {
-  matchedItems.CopyTo(out);
+  matchedItems.CopyTo(out, createdItems.GetRecord());
 }
 
 bool FilteredTree::IsFilteredTreeEmpty() const
@@ -100,7 +100,7 @@ void FilteredTree::AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& 
     createdItems.Record(instance);
   }
   if (matched) {
-    matchedItems.Record(instance);
+    matchedItems.Mark(createdItems.GetRecord().size() - 1);
   }
 }
 
@@ -154,7 +154,7 @@ FilteredTree::Node* FilteredTree::GetNode(du::SmartPtr<zelk::BaseInstance> insta
 
 void FilteredTree::RemoveHiddenItem(const du::SmartPtr<zelk::BaseInstance>& instance)
 {
-  matchedItems.Erase(instance);
+  matchedItems.Erase(instance, createdItems.GetRecord());
 }
 
 FilteredTree::Node* FilteredTree::_NewNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass)

@@ -5,8 +5,8 @@
 
 #include "du/SmartPtr.h"
 #include "du/Task.h"
+#include "guitree/CreatedItems.h"
 #include "guitree/FilteredTree.h"
-#include "guitree/RecordedSet.h"
 
 namespace guitree {
 

@@ -57,18 +57,18 @@ int CountHolders(const du::RefCounted& object)
   return held;
 }
 
-/// A result with so many references to instances: half of them among the matches, half among the created items.
+/// A result with so many instances.
 class ResultDisposal : public testing::Test {
 protected:
   static constexpr std::size_t s_small = 20000;
-  static constexpr std::size_t s_large = s_small + 2;
+  static constexpr std::size_t s_large = s_small + 1;
 
   ResultDisposal() { zelk::World::Install(world); }
   ~ResultDisposal() override { zelk::World::Install(nullptr); }
 
-  void Fill(std::size_t references)
+  void Fill(std::size_t count)
   {
-    for (std::size_t number = 0; number < references / 2; ++number) {
+    for (std::size_t number = 0; number < count; ++number) {
       instances.push_back(du::MakeSmart<MortalInstance>("n" + std::to_string(number), deaths));
       tree->AddMatchedFilterItem(instances.back(), true);
     }
@@ -101,7 +101,7 @@ TEST_F(ResultDisposal, OfALargeResult_ReleasesOnAWorkerWhatOthersHoldAsWell)
 
   tree.Reset();
   ASSERT_EQ(world->pool.tasks.size(), 1u);
-  EXPECT_EQ(CountHolders(*instances[0]), 2);
+  EXPECT_EQ(CountHolders(*instances[0]), 1);
 
   RunInThread(world->pool.tasks[0]);
   EXPECT_EQ(CountHolders(*instances[0]), 0);
@@ -120,7 +120,7 @@ TEST_F(ResultDisposal, OfALargeResult_LeavesLastReferencesToTheOwnersThread)
   EXPECT_TRUE(deaths.empty());
 
   world->pool.tasks[0]->TaskComplete();
-  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large / 2 - 1, std::this_thread::get_id()));
+  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large - 1, std::this_thread::get_id()));
   EXPECT_EQ(CountHolders(*kept), 0);
 }
 
@@ -138,7 +138,7 @@ TEST_F(ResultDisposal, OfAHugeResult_LetsOtherTasksHaveTheirTurn)
     for (const auto& instance : instances) {
       holders += CountHolders(*instance);
     }
-    released.push_back(static_cast<int>(2 * instances.size()) - holders);
+    released.push_back(static_cast<int>(instances.size()) - holders);
   }
 
   EXPECT_EQ(released, (std::vector<int>{100'000, 200'000, 200'002}));
@@ -146,7 +146,7 @@ TEST_F(ResultDisposal, OfAHugeResult_LetsOtherTasksHaveTheirTurn)
 
 TEST_F(ResultDisposal, OfAHugeResult_EndsWithThePool)
 {
-  Fill(200'002);
+  Fill(100'001);
   instances.clear();
   tree.Reset();
   RunInThread(world->pool.tasks[0]);
@@ -162,14 +162,14 @@ TEST_F(ResultDisposal, OfWhatACancelledRunHasBuilt_IsATaskOfItsOwn)
   const auto kernel = du::MakeSmart<memkernel::Tree>();
   const auto product = kernel->CreateProduct({.name = "part"});
   const auto root = kernel->CreateRoot(product);
-  for (std::size_t count = 0; count < s_large; ++count) {
+  for (std::size_t count = 0; count < 2 * s_large; ++count) {
     kernel->AddChild(root, product);
   }
   const auto event = du::MakeSmart<ReportedEvent>();
   testsupport::ScriptedFilter filter;
   std::size_t asks = 0;
   filter.onAsked = [&](const auto&, auto&, bool, auto&, auto) {
-    if (++asks == s_large) {
+    if (++asks == 2 * s_large) {
       event->Cancel();
     }
   };
@@ -197,7 +197,7 @@ TEST_F(ResultDisposal, OfALargeResultThatIsHandedBack_IsDoneByTheOwner)
   world->pool.tasks[0]->Abort();
   world->pool.tasks.clear();
 
-  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large / 2, std::this_thread::get_id()));
+  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large, std::this_thread::get_id()));
 }
 
 TEST_F(ResultDisposal, WithAPoolThatIsClosed_IsDoneAtOnce)
@@ -208,7 +208,7 @@ TEST_F(ResultDisposal, WithAPoolThatIsClosed_IsDoneAtOnce)
 
   tree.Reset();
 
-  EXPECT_EQ(deaths.size(), s_large / 2);
+  EXPECT_EQ(deaths.size(), s_large);
 }
 
 TEST_F(ResultDisposal, WithoutAPool_IsDoneAtOnce)
@@ -219,7 +219,7 @@ TEST_F(ResultDisposal, WithoutAPool_IsDoneAtOnce)
 
   tree.Reset();
 
-  EXPECT_EQ(deaths.size(), s_large / 2);
+  EXPECT_EQ(deaths.size(), s_large);
 }
 
 TEST_F(ResultDisposal, WithoutAWorld_IsDoneAtOnce)
@@ -230,7 +230,7 @@ TEST_F(ResultDisposal, WithoutAWorld_IsDoneAtOnce)
 
   tree.Reset();
 
-  EXPECT_EQ(deaths.size(), s_large / 2);
+  EXPECT_EQ(deaths.size(), s_large);
 }
 
 TEST_F(ResultDisposal, OfTwoResultsOfOneTree_LeavesTheLastReferencesToTheOwnersThread)
@@ -250,7 +250,7 @@ TEST_F(ResultDisposal, OfTwoResultsOfOneTree_LeavesTheLastReferencesToTheOwnersT
 
   world->pool.tasks[0]->TaskComplete();
   world->pool.tasks[1]->TaskComplete();
-  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large / 2, std::this_thread::get_id()));
+  EXPECT_EQ(deaths, std::vector<std::thread::id>(s_large, std::this_thread::get_id()));
 }
 
 TEST(ResultDisposalInAWorld, OfALargeTree_EndsTheInstancesThatTheKernelHasRemoved)
