@@ -24,7 +24,8 @@ target_compile_options(
             $<$<BOOL:${GUITREE_WARNINGS_AS_ERRORS}>:-Werror>)
 
 # guitree_add_library(NAME
-#   HEADER_DIR dir        public headers: every *.h below it, and the folder that users include from
+#   HEADER_DIR dir        public headers: every *.h below it, and the folder that users include from; default: none of
+#                         its own
 #   HEADER_FOLDERS names  only the headers in these folders of it; default: all
 #   SOURCES files...      without any the library is an interface library
 #   INSTALL_DIR dir       where the headers go below the include folder of the prefix; default: its root
@@ -41,12 +42,17 @@ target_compile_options(
 # reaches them.
 function(guitree_add_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADER_DIR;INSTALL_DIR" "HEADER_FOLDERS;SOURCES;LINK;LINK_PRIVATE;PACKAGES")
-  cmake_path(ABSOLUTE_PATH arg_HEADER_DIR NORMALIZE OUTPUT_VARIABLE header_dir)
-  set(header_globs "${header_dir}/*.h")
+  if(arg_HEADER_DIR)
+    cmake_path(ABSOLUTE_PATH arg_HEADER_DIR NORMALIZE OUTPUT_VARIABLE header_dir)
+    set(header_globs "${header_dir}/*.h")
+  endif()
   if(arg_HEADER_FOLDERS)
     list(TRANSFORM arg_HEADER_FOLDERS REPLACE "(.+)" "${header_dir}/\\1/*.h" OUTPUT_VARIABLE header_globs)
   endif()
-  file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${header_globs})
+  set(headers)
+  if(header_globs)
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${header_globs})
+  endif()
 
   set(scope PUBLIC)
   if(arg_SOURCES)
@@ -60,12 +66,13 @@ function(guitree_add_library name)
   set_target_properties(${name} PROPERTIES OUTPUT_NAME $<IF:$<STREQUAL:${name},guitree>,guitree,guitree-${name}>)
   target_compile_features(${name} ${scope} cxx_std_20)
   target_link_libraries(${name} ${scope} ${arg_LINK})
-  target_sources(${name} ${scope} FILE_SET HEADERS BASE_DIRS "${header_dir}" FILES ${headers})
+  set(header_install)
+  if(headers)
+    target_sources(${name} ${scope} FILE_SET HEADERS BASE_DIRS "${header_dir}" FILES ${headers})
+    set(header_install FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${arg_INSTALL_DIR}")
+  endif()
 
-  install(
-    TARGETS ${name}
-    EXPORT guitree-${name}
-    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${arg_INSTALL_DIR}")
+  install(TARGETS ${name} EXPORT guitree-${name} ${header_install})
   install(
     EXPORT guitree-${name}
     NAMESPACE guitree::

@@ -225,6 +225,11 @@ protected:
   void ClearAssocHighlights();
 
   void SetBusy(bool isBusy);
+  [[nodiscard]] structure_utils::TreeFilterInfoBase& _GetCurrentFilter();
+  /// For visits of a result: whether a newer population has taken over the rows, and whether an instance has left the
+  /// tree meanwhile. Both false outside of a visit.
+  [[nodiscard]] bool _IsVisitOvertaken() const noexcept;
+  [[nodiscard]] bool _HasGoneMeanwhile(const zelk::BaseInstance* instance) const;
   /// False once the `GuiTree` has ended.
   [[nodiscard]] bool _HasGuiTree() const noexcept { return *m_livingGuiTree != nullptr; }
 
@@ -241,7 +246,6 @@ private:
   }
 
   [[nodiscard]] GuiInterface& _Gui() const;
-  [[nodiscard]] structure_utils::TreeFilterInfoBase& _GetCurrentFilter();
   [[nodiscard]] bool _IsFilteringSelectionDynamically();
   [[nodiscard]] bool _DeferSelectionUpdate();
   [[nodiscard]] bool _Refill();
@@ -251,7 +255,6 @@ private:
                                 const du::SmartPtr<TreeSelectionController>& selController, bool& assocHlight);
   void _ShowResult(FilteredTree& tree, unsigned int population);
   void _VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population);
-  [[nodiscard]] bool _HasGoneMeanwhile(const zelk::BaseInstance* instance) const;
   void _NoteGone(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _CreateRows(const zelk::BaseTree& tree, unsigned int population);

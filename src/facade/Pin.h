@@ -1,11 +1,13 @@
 #pragma once
 
 #include "du/RefCounted.h"
+#include "facade/Retirement.h"
 
 namespace guitree {
 
 /// Keeps an object alive for the length of a scope if somebody counts it, so that a callback on the way may drop the
-/// last reference. An object that nobody counts, one on the stack say, is left to its owner.
+/// last reference. An object that nobody counts, one on the stack say, is left to its owner. The scope is that of an
+/// operation of the library, which `Retirement` goes by.
 class Pin {
 public:
   explicit Pin(const du::RefCounted* object)
@@ -30,6 +32,7 @@ public:
   Pin& operator=(const Pin&) = delete;
 
 private:
+  const Retirement m_operation;
   const du::RefCounted* m_object = nullptr;
 };
 

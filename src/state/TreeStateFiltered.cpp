@@ -95,7 +95,7 @@ void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branche
 void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
                                            const du::SmartPtr<TreeSelectionController>& selController)
 {
-  if (m_visitedPopulation && *m_visitedPopulation != m_population) {
+  if (_IsVisitOvertaken()) {
     return;
   }
   if (IsPlaceholder(node)) {
@@ -111,6 +111,11 @@ void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
        child = child->nextSibling) {
     _VisitFilteredTreeNode(child, selController);
   }
+}
+
+bool TreeStateBase::_IsVisitOvertaken() const noexcept
+{
+  return m_visitedPopulation && *m_visitedPopulation != m_population;
 }
 
 bool TreeStateBase::_HasGoneMeanwhile(const zelk::BaseInstance* instance) const

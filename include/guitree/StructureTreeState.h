@@ -1,0 +1,117 @@
+#pragma once
+
+#include <memory>
+
+#include "du/HashMap.h"
+#include "du/SmartPtr.h"
+#include "du/Symbol.h"
+#include "guitree/WorldTreeState.h"
+#include "structure_utils/TreeFilterAdditionalInfo.h"
+#include "structure_utils/TreeResultsList.h"
+
+namespace zelremote {
+class StructureFilterInfo;
+}  // namespace zelremote
+
+namespace guitree {
+
+/// The tree state of a structure panel: one filter for each type of view, the presentation of what it leaves as tree or
+/// as list, the icon of each row, and what has an issue. Lives and threads as `WorldTreeState`; the status of an
+/// instance may be asked for on any thread, also while the state ends.
+///
+/// Belongs to the library guitree::structurestate, which needs that of the structure filter.
+class StructureTreeState : public WorldTreeState,
+                           public structure_utils::TreeFilterAdditionalInfo::TreeFilterStatusLookup {
+public:
+  /// Without `allowResultsFilter` no filter of the panel looks at a results list, whatever its preferences say.
+  StructureTreeState(GuiTree& tree, bool allowResultsFilter);
+  /// Waits for a status that is being asked for; filters that are still at work are answered `TFStatusNone` from now
+  /// on. The panel's filters stay allocated for the rest of the process unless `Reset` came first: hosts may refer to
+  /// them still.
+  ~StructureTreeState() override;
+
+  /// False: the root has its row, but is no match of its own.
+  [[nodiscard]] bool GetDisplayRoot() override;
+  /// Whether the current filter asks for the list and filters at all. False for a filter of another class than
+  /// `zelremote::StructureFilterInfo`, which a derived state may have.
+  [[nodiscard]] bool IsDoingFilterAsList() override;
+  /// `GetUnloadedTypeIconStatic`, and 0 for what is no `zelk::Instance`.
+  [[nodiscard]] int GetUnloadedTypeIcon(const zelk::BaseInstance* instance,
+                                        const du::SmartPtr<zelk::Scene>& scene) override;
+  /// Lets go of the filters as well: the next look at one makes it anew from the preferences. One that an operation of
+  /// state or panel may refer to lives until the outermost of these has returned.
+  void Reset() override;
+  /// Populates anew under a filter on visibility that follows changes.
+  void OnEndUpdate() override;
+  /// A new info at each call, with the shape scene that is shown and the results list; both may be null.
+  [[nodiscard]] du::SmartPtr<du::RefCounted> GetAdditionalFilterInfo() const override;
+  /// The filter of the view's type, which the host names; made from the preferences when it is asked for first. The
+  /// reference stays good until `Reset`. While there is no filter at all, the host is told first that one is needed; if
+  /// it asks for a filter from inside that call, it gets one.
+  [[nodiscard]] structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& view) override;
+  /// 3D symbols always; bodies while they are not shown.
+  [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override;
+  [[nodiscard]] bool HasNoneHiddenChildren(const du::SmartPtr<zelk::BaseInstance>& instance) const override;
+  /// False for a scene of drawings. `scene` must not be null.
+  [[nodiscard]] bool IsCompatibleShapeSceneType(const du::SmartPtr<zelk::Scene>& scene) override;
+
+  /// What the icon tells of issues. Any thread, as long as the kernel tree is not written meanwhile.
+  [[nodiscard]] TFStatus TreeFilterGetItemStatus(const du::ConstSmartPtr<zelk::Instance>& instance,
+                                                 const du::SmartPtr<zelk::Scene>& scene) override;
+
+  /// Writes the list presentation of the filtered tree: the row of `node`, and under it one for each created item, in
+  /// the order of the filter's sort column, or of their keys without one. False, and nothing done, while the panel does
+  /// not filter as list. Nothing is written for null or without a result. Costs a sort that reads two properties at
+  /// each comparison.
+  [[nodiscard]] bool ApplyFilterAsList(FilteredTree::Node* node,
+                                       const du::SmartPtr<TreeSelectionController>& controller);
+  /// The icon by which an instance is told apart from others, loaded or not; an even `TypeIcon`. A pure function of its
+  /// arguments, either of which may be null, and of the switch for collapsing instances. Takes no lock, allocates
+  /// nothing, and keeps nothing: `TypeIconMap` does. Threads as `TreeFilterGetItemStatus`.
+  [[nodiscard]] static int GetUnloadedTypeIconStatic(const du::ConstSmartPtr<zelk::Instance>& instance,
+                                                     const du::SmartPtr<zelk::Scene>& scene);
+  [[nodiscard]] bool InstHasIssue(const du::ConstSmartPtr<zelk::Instance>& instance,
+                                  const du::SmartPtr<zelk::Scene>& scene);
+  /// Whether the last result created the instance or one of equal keys; false without a result.
+  [[nodiscard]] bool IsFilteredTreeContainItem(const du::SmartPtr<zelk::BaseInstance>& instance) const;
+  /// Whether a filter is on and nothing passed it; false without a result.
+  [[nodiscard]] bool IsMatchedFilterEmpty();
+  /// The list of instances for filters that look at one; may be null. Populates anew if the current filter follows it.
+  void SetResultsComps(du::SmartPtr<structure_utils::TreeResultsList> results);
+  /// To be called on each panel after `WorldTreeState::SetIsShowingBodies`: brings the filters that exist in line, and
+  /// populates anew in any case.
+  void ShowBodiesChanged();
+  /// The same after `SetIsCollapsingInstances`; the argument is not looked at. Does nothing unless that changes one of
+  /// the filters that exist. The icons of all equal siblings are worked out anew, which costs a walk of the tree.
+  void UpdateFiltersForCollapsingInstances(bool isCollapsing);
+
+protected:
+  /// Replaces the walk: a list, and a filter that nothing has passed, show the root's row at the most before their own.
+  void _VisitFilteredTreeNode(FilteredTree::Node* node,
+                              const du::SmartPtr<TreeSelectionController>& selController) override;
+  /// What the destructor does about statuses. For the destructor of a derived class that overrides the look-up.
+  void _DetachStatusLookups() const;
+
+private:
+  class FilterInfo;
+  class FilterInfos;
+
+  using Filters = du::HashMap<du::Symbol, zelremote::StructureFilterInfo*>;
+
+  [[nodiscard]] zelremote::StructureFilterInfo* _GetStructureFilter();
+  [[nodiscard]] du::SmartPtr<FilteredTree> _GetResult() const;
+  void _TellOfFirstFilter(const du::SmartPtr<zelk::View>& view);
+  void _WriteList(FilteredTree& tree, const FilteredTree::Node& node,
+                  const du::SmartPtr<TreeSelectionController>& controller);
+  void _MarkSiblings();
+
+  /// Owned.
+  Filters filters{100};
+  du::SmartPtr<structure_utils::TreeResultsList> resultsComps;
+  const bool allowResultsFilter;
+  bool m_isTellingOfFilter = false;
+  /// Those that this state has made and that live still.
+  const std::shared_ptr<FilterInfos> m_filterInfos;
+};
+
+}  // namespace guitree

@@ -1,0 +1,99 @@
+// What a structure panel shows of a filtered tree: all of it as list, the root alone, or the branches.
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "facade/Pin.h"
+#include "filter/ColumnSortOrder.h"
+#include "filter/NodeLinks.h"
+#include "guitree/GuiInterface.h"
+#include "guitree/GuiTree.h"
+#include "guitree/StructureTreeState.h"
+#include "zelk/BaseInstanceDynamicPropertiesCache.h"
+#include "zelk/ComponentInstance.h"
+#include "zelk/PropertyValue.h"
+
+namespace guitree {
+namespace {
+
+using Instance = du::SmartPtr<zelk::BaseInstance>;
+
+std::vector<Instance> ListCreatedItems(const FilteredTree& tree, structure_utils::TreeFilterInfoBase& filter)
+{
+  FilteredTree::CreatedSet created;
+  tree.GetAllCreatedItems(created);
+  std::vector<Instance> items(created.begin(), created.end());
+  const du::DualSymbol column = filter.GetSortColumn();
+  const bool isAscending = filter.GetSortDirection();
+  if (ColumnSortOrder::IsColumn(column)) {
+    std::sort(items.begin(), items.end(), ColumnSortOrder(column, isAscending));
+  }
+  return items;
+}
+
+/// The root is among the created items, and has its own row.
+bool IsRoot(const zelk::BaseInstance& instance)
+{
+  static const du::Symbol s_partId("Part ID");
+  du::SmartPtr<zelk::PropertyValue> property;
+  instance.GetPropertyValue(property, zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_partId,
+                            du::Symbol::EMPTY);
+  std::string id;
+  if (property) {
+    property->GetValueAsString(id);
+  }
+  return zelk::ComponentInstance::ROOT_INSTANCE_ID == id;
+}
+
+}  // namespace
+
+void StructureTreeState::_VisitFilteredTreeNode(FilteredTree::Node* node,
+                                                const du::SmartPtr<TreeSelectionController>& selController)
+{
+  if (ApplyFilterAsList(node, selController)) {
+    return;
+  }
+  if (node && !node->parent && IsMatchedFilterEmpty()) {
+    GetGuiTree().GetGuiInterface()->InstanceCreate(node, selController, false);
+    return;
+  }
+  TreeStateBase::_VisitFilteredTreeNode(node, selController);
+}
+
+bool StructureTreeState::ApplyFilterAsList(FilteredTree::Node* node,
+                                           const du::SmartPtr<TreeSelectionController>& controller)
+{
+  if (!IsDoingFilterAsList()) {
+    return false;
+  }
+  const du::SmartPtr<FilteredTree> tree = _GetResult();
+  if (!tree || !node || IsPlaceholder(node)) {
+    return true;
+  }
+  _WriteList(*tree, *node, controller);
+  return true;
+}
+
+void StructureTreeState::_WriteList(FilteredTree& tree, const FilteredTree::Node& node,
+                                    const du::SmartPtr<TreeSelectionController>& controller)
+{
+  const Pins pins(this, &GetGuiTree());
+  const std::vector<Instance> items = ListCreatedItems(tree, _GetCurrentFilter());
+  const Instance listParent(node.instance);
+  if (tree.IsContainItem(listParent)) {
+    _InstanceCreate(listParent, nullptr, controller);
+  } else {
+    GetGuiTree().GetGuiInterface()->InstanceCreate(listParent, nullptr, controller, false);
+  }
+  for (const Instance& item : items) {
+    if (_IsVisitOvertaken()) {
+      return;
+    }
+    if (item && !_HasGoneMeanwhile(item.Get()) && !IsRoot(*item)) {
+      _InstanceCreate(item, listParent, controller);
+    }
+  }
+}
+
+}  // namespace guitree
