@@ -28,24 +28,15 @@ public:
   /// Null when the run is cancelled on the way; what has been built stays linked.
   Node* Build(Node* parent, const Child& top)
   {
-    Node* const result = _Open(parent, top, _GetReference(top));
-    while (m_depth > 0) {
-      Level& level = _GetLevel();
-      if (level.next == level.children.size()) {
-        _Close(level);
-        continue;
-      }
-      const Child& child = level.children[level.next];
-      const Instance& reference = _GetReference(child);
-      _JudgeChild(level, reference);
-      ++level.next;
-      const std::size_t depth = m_depth;
-      Node* const node = _Open(level.node, child, reference);
-      if (!node) {
+    Node* const result = _MakeNode(parent, top, _GetReference(top));
+    if (result && _HasChildren(top)) {
+      _OpenLevel(result, top);
+    }
+    while (m_level) {
+      if (m_level->next == m_level->children.size()) {
+        _CloseLevel();
+      } else if (!_BuildChild(*m_level)) {
         return nullptr;
-      }
-      if (m_depth == depth) {
-        _FinishChild(level, node);
       }
     }
     return result;
@@ -69,10 +60,27 @@ private:
     Node* pendingBranch = nullptr;
   };
 
-  [[nodiscard]] Level& _GetLevel() { return m_levels[m_depth - 1]; }
+  /// Makes the node of the next child, and a level for its children if there are any. False when the run is cancelled.
+  [[nodiscard]] bool _BuildChild(Level& level)
+  {
+    const Child& child = level.children[level.next];
+    const Instance& reference = _GetReference(child);
+    _JudgeChild(level, reference);
+    ++level.next;
+    Node* const node = _MakeNode(level.node, child, reference);
+    if (!node) {
+      return false;
+    }
+    if (_HasChildren(child)) {
+      _OpenLevel(node, child);
+    } else {
+      _FinishChild(level, node);
+    }
+    return true;
+  }
 
-  /// Makes the node, and a level for its children if there are any. Null when the run is cancelled.
-  Node* _Open(Node* parent, const Child& child, const Instance& reference)
+  /// Null when the run is cancelled.
+  [[nodiscard]] Node* _MakeNode(Node* parent, const Child& child, const Instance& reference)
   {
     if (m_info.IsCanceled()) {
       return nullptr;
@@ -82,24 +90,27 @@ private:
     if (!m_tree.firstFilteredNode && !_IsFilteredOut(reference)) {
       m_tree.firstFilteredNode = node;
     }
-    if (_HasChildren(child)) {
-      _OpenLevel(node, child);
-    }
     return node;
   }
 
   void _OpenLevel(Node* node, const Child& child)
   {
-    if (m_levels.size() == m_depth) {
-      m_levels.emplace_back();
-    }
-    ++m_depth;
-    Level& level = _GetLevel();
+    _SetDepth(m_depth + 1);
+    Level& level = *m_level;
     level.node = node;
     level.next = 0;
     level.pendingBranch = nullptr;
     _FillChildren(level.children, child);
     level.hasMatchedSibling = m_info.filter.GetShowSiblings() && _FindMatch(level);
+  }
+
+  void _SetDepth(std::size_t depth)
+  {
+    if (m_levels.size() < depth) {
+      m_levels.emplace_back();
+    }
+    m_depth = depth;
+    m_level = depth > 0 ? &m_levels[depth - 1] : nullptr;
   }
 
   [[nodiscard]] bool _FindMatch(Level& level)
@@ -148,8 +159,9 @@ private:
     }
   }
 
-  void _Close(Level& level)
+  void _CloseLevel()
   {
+    Level& level = *m_level;
     level.children.clear();
     const bool isSorted = ColumnSortOrder::IsColumn(m_info.filter.GetSortColumn());
     Node* const pending = level.pendingBranch;
@@ -157,9 +169,9 @@ private:
       UnlinkChild(*pending);
       AppendChild(*level.node, *pending);
     }
-    --m_depth;
-    if (m_depth > 0) {
-      _FinishChild(_GetLevel(), level.node);
+    _SetDepth(m_depth - 1);
+    if (m_level) {
+      _FinishChild(*m_level, level.node);
     }
   }
 
@@ -186,6 +198,8 @@ private:
   /// Of which the first `m_depth` are in use. References to levels stay good while it grows.
   std::deque<Level> m_levels;
   std::size_t m_depth = 0;
+  /// The last of these, looked up once for all of its children; null for none.
+  Level* m_level = nullptr;
 };
 
 }  // namespace guitree

@@ -3,11 +3,6 @@
 #include <algorithm>
 
 namespace guitree {
-namespace {
-
-constexpr unsigned int s_nodesBetweenReports = 2500;
-
-}  // namespace
 
 FilteredTree::BuildTreeInfo::BuildTreeInfo(structure_utils::TreeFilterInfoBase& filterOfRun,
                                            du::SmartPtr<du::RefCounted>& additional, zelk::AsyncEvent* event,
@@ -85,10 +80,10 @@ void FilteredTree::BuildTreeInfo::_LookAtParent(const du::SmartPtr<zelk::BaseIns
   m_isParentSpared = notFilteredSet.contains(parent.Get());
 }
 
-void FilteredTree::BuildTreeInfo::CountNode()
+void FilteredTree::BuildTreeInfo::_Report()
 {
-  nodesCreated += 1.0;
-  if (!asyncEvent || static_cast<unsigned int>(nodesCreated) % s_nodesBetweenReports != 0) {
+  m_nodesToReport = s_nodesBetweenReports;
+  if (!asyncEvent) {
     return;
   }
   // A tree that says it has no instances gives an infinite percentage.

@@ -17,7 +17,13 @@ struct FilteredTree::BuildTreeInfo {
                                         FilteredTree* tree);
   [[nodiscard]] bool IsCanceled() const { return asyncEvent && asyncEvent->IsCanceled(); }
   /// Counts a node, and reports every 2,500 of them.
-  void CountNode();
+  void CountNode()
+  {
+    nodesCreated += 1.0;
+    if (--m_nodesToReport == 0) {
+      _Report();
+    }
+  }
 
   structure_utils::TreeFilterInfoBase& filter;
   du::SmartPtr<du::RefCounted>& additionalInfo;
@@ -33,11 +39,15 @@ struct FilteredTree::BuildTreeInfo {
 private:
   enum class Exemption { None, Spared, FilteredOut };
 
+  static constexpr unsigned int s_nodesBetweenReports = 2500;
+
+  void _Report();
   [[nodiscard]] bool _AskFilter(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass, FilteredTree* tree);
   [[nodiscard]] bool _JudgeAndRecord(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass, FilteredTree& tree);
   [[nodiscard]] Exemption _FindExemption(const du::SmartPtr<zelk::BaseInstance>& item);
   void _LookAtParent(const du::SmartPtr<zelk::BaseInstance>& parent);
 
+  unsigned int m_nodesToReport = s_nodesBetweenReports;
   /// The parent whose children were judged last, so that its own place is looked up once for all of them.
   const zelk::BaseInstance* m_parent = nullptr;
   bool m_isParentTop = false;
