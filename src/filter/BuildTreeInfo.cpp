@@ -15,37 +15,6 @@ FilteredTree::BuildTreeInfo::BuildTreeInfo(structure_utils::TreeFilterInfoBase& 
 {
 }
 
-bool FilteredTree::BuildTreeInfo::_IsItemFilteredOut(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
-                                                     FilteredTree* tree)
-{
-  const bool isEager = tree && tree->ForceCheckFilteringForAllItems(hiddenPass);
-  // Judged first, also where the exemption has the last word: what the filter lets through is recorded in any case.
-  const bool isFilteredOut = isEager && _JudgeAndRecord(item, hiddenPass, *tree);
-  if (!notFilteredSet.empty()) {
-    const Exemption exemption = _FindExemption(item);
-    if (exemption != Exemption::None) {
-      return exemption == Exemption::FilteredOut;
-    }
-  }
-  return isEager ? isFilteredOut : _AskFilter(item, hiddenPass, tree);
-}
-
-bool FilteredTree::BuildTreeInfo::_AskFilter(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
-                                             FilteredTree* tree)
-{
-  return filter.IsFilteredOut(item, selectedItems, hiddenPass, additionalInfo, tree ? &tree->numInsts : nullptr);
-}
-
-bool FilteredTree::BuildTreeInfo::_JudgeAndRecord(const du::SmartPtr<zelk::BaseInstance>& item, bool hiddenPass,
-                                                  FilteredTree& tree)
-{
-  if (_AskFilter(item, hiddenPass, &tree) && tree.IsFilteredOutByAdditionalCheck(filter, item)) {
-    return true;
-  }
-  tree.AddMatchedFilterItem(item, true);
-  return false;
-}
-
 FilteredTree::BuildTreeInfo::Exemption FilteredTree::BuildTreeInfo::_FindExemption(
     const du::SmartPtr<zelk::BaseInstance>& item)
 {
