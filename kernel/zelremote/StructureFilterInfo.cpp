@@ -224,16 +224,6 @@ void StructureFilterInfo::_PreparePattern()
   m_search.SetPattern(std::make_shared<const TextPattern>(m_text, m_matchCase, m_matchWholeWord));
 }
 
-bool StructureFilterInfo::_HasTextCriterion() const
-{
-  return !m_search.GetPattern().IsEmpty() && (m_searchName || !m_columns.empty());
-}
-
-bool StructureFilterInfo::_HasViewCriterion() const
-{
-  return m_visibility != Visibility::Any || m_issuesOnly;
-}
-
 bool StructureFilterInfo::_HasOtherCriterion() const
 {
   return _HasTextCriterion() || m_partsOnly || m_bodiesOnly || m_selectedOnly || useResultsList;
@@ -244,38 +234,9 @@ bool StructureFilterInfo::_IsHidden(const du::SmartPtr<zelk::BaseInstance>& inst
   return m_hiddenBranches.IsHidden(instance, {.bodies = hideBodies, .laterSiblings = collapseInstances});
 }
 
-bool StructureFilterInfo::_MeetsCriteria(const du::SmartPtr<zelk::BaseInstance>& instance, const Instances& selected,
-                                         const du::RefCounted* additionalInfo)
+bool StructureFilterInfo::_IsOfKind(const zelk::BaseInstance& instance) const
 {
-  // The cheapest first.
-  if (!_MeetsKind(*instance) || (m_selectedOnly && !selected.contains(instance)) || !_MeetsText(*instance)) {
-    return false;
-  }
-  if (!useResultsList && !_HasViewCriterion()) {
-    return true;
-  }
-  const auto* info = dynamic_cast<const TreeFilterAdditionalInfo*>(additionalInfo);
-  return info && _MeetsInfo(instance, *info);
-}
-
-bool StructureFilterInfo::_MeetsKind(const zelk::BaseInstance& instance) const
-{
-  if (!m_partsOnly && !m_bodiesOnly) {
-    return true;
-  }
   return (m_bodiesOnly && instance.IsBodyInstance()) || (m_partsOnly && IsPart(instance));
-}
-
-bool StructureFilterInfo::_MeetsText(const zelk::BaseInstance& instance)
-{
-  if (!_HasTextCriterion()) {
-    return true;
-  }
-  if (m_columns.empty()) {
-    const du::Symbol name = instance.GetObjectName();
-    return m_verdicts.FindOrJudge(name, [this, &name] { return _HasAllIn(name); });
-  }
-  return _HasAllInFields(instance);
 }
 
 bool StructureFilterInfo::_HasAllIn(const du::Symbol& name)
@@ -306,16 +267,17 @@ bool StructureFilterInfo::_HasAllInFields(const zelk::BaseInstance& instance)
 }
 
 bool StructureFilterInfo::_MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance,
-                                     const TreeFilterAdditionalInfo& info) const
+                                     const du::RefCounted* additionalInfo) const
 {
-  if (useResultsList && !IsOnList(instance, info.GetResultsList())) {
+  const auto* info = dynamic_cast<const TreeFilterAdditionalInfo*>(additionalInfo);
+  if (!info || (useResultsList && !IsOnList(instance, info->GetResultsList()))) {
     return false;
   }
   if (!_HasViewCriterion()) {
     return true;
   }
   const auto part = du::DynamicCast<zelk::Instance>(instance);
-  return part && _MeetsView(du::ConstSmartPtr<zelk::Instance>(part), info);
+  return part && _MeetsView(du::ConstSmartPtr<zelk::Instance>(part), *info);
 }
 
 bool StructureFilterInfo::_MeetsView(const du::ConstSmartPtr<zelk::Instance>& instance,
