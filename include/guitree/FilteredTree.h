@@ -157,10 +157,25 @@ private:
   void _BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInstance, BuildTreeInfo& info);
   void _EndBuild(zelk::BaseInstance* rootInstance, const BuildTreeInfo& info);
   Node* _NewNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass);
+  /// Not linked yet.
+  Node* _NewNode(zelk::BaseInstance* instance)
+  {
+    Node* const node = new Node{.instance = instance};
+    ++m_nodeCount;
+    return node;
+  }
   Node* _NewUnfilteredNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass);
   Node* _CopyKernelBranch(Node* parent, const du::SmartPtr<zelk::BaseInstance>& instance, bool hiddenPass);
   Node* _CopyNodeBranch(Node* parent, Node* source, bool hiddenPass);
   void _DestroyBranch(Node* node);
+  /// Before the node is freed.
+  void _ForgetNode(const Node* ending)
+  {
+    --m_nodeCount;
+    if (firstFilteredNode == ending) {
+      firstFilteredNode = nullptr;
+    }
+  }
   void _ResetTrees();
   /// Owner's thread.
   void _DisposeOfDiscarded();

@@ -159,8 +159,7 @@ void FilteredTree::RemoveHiddenItem(const du::SmartPtr<zelk::BaseInstance>& inst
 
 FilteredTree::Node* FilteredTree::_NewNode(Node* parent, zelk::BaseInstance* instance, bool hiddenPass)
 {
-  Node* const node = new Node{.instance = instance};
-  ++m_nodeCount;
+  Node* const node = _NewNode(instance);
   if (parent) {
     AppendChild(*parent, *node);
   } else {
@@ -171,12 +170,7 @@ FilteredTree::Node* FilteredTree::_NewNode(Node* parent, zelk::BaseInstance* ins
 
 void FilteredTree::_DestroyBranch(Node* node)
 {
-  DestroyNodes(node, std::numeric_limits<std::size_t>::max(), [this](const Node* ending) {
-    --m_nodeCount;
-    if (firstFilteredNode == ending) {
-      firstFilteredNode = nullptr;
-    }
-  });
+  DestroyNodes(node, std::numeric_limits<std::size_t>::max(), [this](const Node* ending) { _ForgetNode(ending); });
 }
 
 void FilteredTree::_ResetTrees()
