@@ -254,11 +254,6 @@ Instance::Own& Instance::_GetOwn()
   return *m_own;
 }
 
-const du::SmartPtr<TextValue>& Instance::_GetNameValue() const noexcept
-{
-  return m_own && m_own->name ? m_own->name : m_product->m_name;
-}
-
 du::SmartPtr<zelk::PropertyValue> Instance::_GetPartIdValue() const
 {
   if (_Has(InstanceBaseRoot)) {

@@ -102,7 +102,10 @@ private:
   /// Lets go of a list of children, and of all that die with them, without recursion.
   static void _ReleaseList(Instance* firstChild);
   [[nodiscard]] Own& _GetOwn();
-  [[nodiscard]] const du::SmartPtr<TextValue>& _GetNameValue() const noexcept;
+  [[nodiscard]] const du::SmartPtr<TextValue>& _GetNameValue() const noexcept
+  {
+    return m_own && m_own->name ? m_own->name : m_product->m_name;
+  }
   [[nodiscard]] du::SmartPtr<zelk::PropertyValue> _GetPartIdValue() const;
   /// Null if the instance has no such property.
   [[nodiscard]] du::SmartPtr<zelk::PropertyValue> _FindValue(const du::Symbol& group, const du::Symbol& name) const;
