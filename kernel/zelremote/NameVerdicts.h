@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,27 +23,28 @@ public:
     if (name.IsEmpty()) {
       return judge();
     }
-    Entry& entry = m_entries[GetPlace(name.GetText())];
-    if (entry.name != name.GetText()) {
-      entry = {name.GetText(), judge()};
+    Entry& entry = m_entries[GetPlace(name)];
+    if (entry.name != name) {
+      entry = {name, judge()};
     }
     return entry.isMatch;
   }
 
 private:
   struct Entry {
-    /// Interned, so the address is the name; null for none.
-    const char* name = nullptr;
+    /// Empty for none.
+    du::Symbol name;
     bool isMatch = false;
   };
 
   static constexpr unsigned int s_bits = 10;
 
-  /// The high bits of a product with the golden ratio, which differ also where addresses do in a few low bits alone.
-  [[nodiscard]] static std::size_t GetPlace(const char* name)
+  /// The high bits of a product with the golden ratio, which differ also where addresses do in a few low bits alone. A
+  /// symbol is an address; that of its text would have to be read from there, and a worker would wait for it.
+  [[nodiscard]] static std::size_t GetPlace(const du::Symbol& name)
   {
     constexpr std::uint64_t s_goldenRatio = 0x9e3779b97f4a7c15;
-    return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(name) * s_goldenRatio) >> (64U - s_bits));
+    return static_cast<std::size_t>((std::bit_cast<std::uintptr_t>(name) * s_goldenRatio) >> (64U - s_bits));
   }
 
   std::array<Entry, std::size_t{1} << s_bits> m_entries{};
