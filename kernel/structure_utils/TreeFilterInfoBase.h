@@ -48,7 +48,8 @@ public:
   [[nodiscard]] virtual bool GetFilteringSel() = 0;
   /// Whether the host should open the branches of the result.
   [[nodiscard]] virtual bool GetEnsureExpanded() = 0;
-  /// Whether a match brings all its siblings along.
+  /// Whether a match brings all its siblings along. Asked in the hidden pass as well, where what is not hidden counts
+  /// as a match.
   [[nodiscard]] virtual bool GetShowSiblings() = 0;
   [[nodiscard]] virtual bool GetFilteringVis() = 0;
   [[nodiscard]] virtual bool GetFilteringIssues() = 0;

@@ -109,6 +109,7 @@ bool StructureFilterInfo::IsFilteredOut(const du::SmartPtr<zelk::BaseInstance>& 
                                         bool hiddenPass, du::SmartPtr<du::RefCounted>& additionalInfo,
                                         unsigned int* count)
 {
+  m_pass.isHidden = hiddenPass;
   if (!instance) {
     return true;
   }
@@ -170,7 +171,7 @@ bool StructureFilterInfo::GetEnsureExpanded()
 
 bool StructureFilterInfo::GetShowSiblings()
 {
-  return m_showSiblings;
+  return m_showSiblings && !m_pass.isHidden;
 }
 
 bool StructureFilterInfo::GetFilteringVis()

@@ -33,7 +33,8 @@ namespace zelremote {
 /// there is no info, is met by nothing: nobody is visible in no scene, and a list that has not come yet holds nothing.
 ///
 /// Apart from these it hides: bodies (`hideBodies`), and all but the first of siblings that show the same product
-/// (`collapseInstances`), each with everything below it.
+/// (`collapseInstances`), each with everything below it. In the tree presentation what is hidden does not come along as
+/// a sibling either.
 ///
 /// What the questions to the filter answer. "Criteria" are those above, "view criteria" visibility and issues:
 ///
@@ -48,6 +49,7 @@ namespace zelremote {
 /// | `IsFilteringUsingView()`              | a view criterion is on |
 /// | `IsFilteredOut`, hidden pass          | the instance is hidden |
 /// | `IsFilteredOut`, other pass           | the instance is hidden, or does not meet the criteria |
+/// | `GetShowSiblings()`                   | it shows siblings, and no hidden pass is under way |
 /// | `GetFilteringName()`                  | there is text to look for, in the display name |
 /// | `GetFilteringColumns()`               | there is text to look for, in properties |
 /// | `GetFilteringParts()`, `Bodies`, `Sel`, `Vis`, `Issues` | that criterion is on |
@@ -55,6 +57,9 @@ namespace zelremote {
 /// A pass for what is hidden records what it leaves as matches, so it is asked for only where one pass cannot do: where
 /// nothing else is filtered, and where the siblings of a match come along unjudged, hidden ones too. The list
 /// presentation shows matches alone.
+///
+/// In the hidden pass itself nothing may come along unjudged, hence the answer of `GetShowSiblings`. The pass under way
+/// is that of the last `IsFilteredOut`: in each pass a run asks about the top of the tree before it asks for siblings.
 ///
 /// A filter belongs to one thread at a time. A duplicate is for one run over a tree that does not change meanwhile: it
 /// remembers which branches are hidden, from the root of the tree on. It takes no lock and allocates nothing where
@@ -128,6 +133,8 @@ public:
   [[nodiscard]] bool GetFilteringColumns() override;
   [[nodiscard]] bool GetFilteringSel() override;
   [[nodiscard]] bool GetEnsureExpanded() override;
+  /// False from the first question of a hidden pass to the first of the other one, else what is set. A duplicate and
+  /// a copy are in no pass, whatever their original is in.
   [[nodiscard]] bool GetShowSiblings() override;
   [[nodiscard]] bool GetFilteringVis() override;
   [[nodiscard]] bool GetFilteringIssues() override;
@@ -149,6 +156,20 @@ public:
 
 private:
   using Instances = std::set<du::SmartPtr<zelk::BaseInstance>>;
+
+  /// That of the last question about an instance. A copy has been asked nothing yet.
+  struct Pass {
+    Pass() = default;
+    Pass(const Pass& /*other*/) noexcept {}
+    Pass& operator=(const Pass& /*other*/) noexcept
+    {
+      isHidden = false;
+      return *this;
+    }
+    ~Pass() = default;
+
+    bool isHidden = false;
+  };
 
   /// Calls `visit` with the key and the member of each setting.
   template <typename Visitor>
@@ -217,6 +238,7 @@ private:
   /// Kept for its memory.
   std::string m_value;
   HiddenBranches m_hiddenBranches;
+  Pass m_pass;
 };
 
 }  // namespace zelremote
