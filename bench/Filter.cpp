@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -15,6 +16,7 @@
 #include "support/FilterPanel.h"
 #include "support/Measure.h"
 #include "support/PrunedTree.h"
+#include "support/RowCount.h"
 #include "support/Shapes.h"
 #include "zelk/BaseInstanceDynamicPropertiesCache.h"
 
@@ -24,24 +26,48 @@ namespace {
 constexpr double s_milliseconds = 1e3;
 /// Up to which the peers take part; beyond, a round of theirs takes a minute.
 constexpr std::size_t s_mostPeerRows = 1'000'000;
+/// One leaf of so many is a body where bodies are hidden.
+constexpr std::size_t s_leavesToABody = 3;
 
 /// What a filter does besides looking for a text in the names.
 struct Mode {
   std::string name;
-  bool showsSiblings = false;
+  /// Siblings and bodies that are hidden take a pass of their own for the bodies.
+  RowRule rule;
   bool isSorted = false;
-  /// Bodies and what hangs below them are left out by a pass of its own.
-  bool hidesBodies = false;
 };
 
 void SetUp(zelremote::StructureFilterInfo& filter, const Mode& mode)
 {
-  filter.SetShowSiblings(mode.showsSiblings);
-  filter.hideBodies = mode.hidesBodies;
+  filter.SetShowSiblings(mode.rule.takesSiblings);
+  filter.hideBodies = mode.rule.hidesBodies;
   if (mode.isSorted) {
     filter.SetSortColumn(
         du::DualSymbol(zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, memkernel::Instance::s_displayName));
   }
+}
+
+/// Makes bodies of some leaves, and returns how many.
+std::size_t MakeBodies(memkernel::Tree& tree)
+{
+  std::vector<du::SmartPtr<memkernel::Instance>> bodies;
+  std::size_t leaves = 0;
+  std::vector<du::SmartPtr<zelk::BaseInstance>> open{tree.GetRootInstance()};
+  std::vector<du::SmartPtr<zelk::BaseInstance>> children;
+  while (!open.empty()) {
+    const du::SmartPtr<zelk::BaseInstance> instance = std::move(open.back());
+    open.pop_back();
+    instance->GetBaseChildren(children);
+    if (children.empty() && leaves++ % s_leavesToABody == 0) {
+      bodies.push_back(du::DynamicCast<memkernel::Instance>(instance));
+    }
+    open.insert(open.end(), children.begin(), children.end());
+  }
+  const memkernel::TreeBatch batch(tree);
+  for (const auto& body : bodies) {
+    tree.SetFlags(body, memkernel::InstanceBody, true);
+  }
+  return bodies.size();
 }
 
 /// All rows of the tree stand in the panel when the filter begins, as they do when a user types.
@@ -80,17 +106,21 @@ Figures Filter(std::size_t count, const FilterText& text, const Mode& mode)
 {
   const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, count);
   GiveFilterNames(*tree);
-  const bool isPlain = !mode.showsSiblings && !mode.isSorted;
+  const std::size_t bodies = mode.rule.hidesBodies ? MakeBodies(*tree) : 0;
+  const std::size_t nodes = mode.rule.hidesBodies ? count + (count - bodies) : count;
+  const std::size_t rows = CountRows(*tree, text.text, mode.rule);
+  const bool isPlain = !mode.rule.takesSiblings && !mode.isSorted;
   const auto peers =
       isPlain && count <= s_mostPeerRows ? MakeFilterPeers(*tree) : std::vector<std::unique_ptr<FilterPeer>>();
   FilterPanel panel(tree);
   SetUp(panel.GetFilter(), mode);
-  const double bytes = MeasureNodeBytes(panel, text.text, mode.hidesBodies ? 2 * count : count);
+  const double bytes = MeasureNodeBytes(panel, text.text, nodes);
   return RunRounds(count, [&](Figures& figures) {
     PrunedTree floor;
     const double floorSeconds = Time([&] { floor.Build(*tree, text.text); });
     const FilterTimes times = FilterFullPanel(panel, text.text, count);
     Require(times.rows == panel.GetRowCount(), "each row is made once");
+    Require(times.rows == rows, "the rows are those that the filter should leave");
     Require(!isPlain || times.rows == std::max<std::size_t>(floor.GetNodeCount(), 1), "the walk leaves the same rows");
     figures["bytes_node"] = bytes;
     figures["rows"] = static_cast<double>(times.rows);
@@ -121,9 +151,9 @@ void RegisterMode(const Mode& mode)
 
 int main(int argc, char** argv)
 {
-  bench::RegisterMode({.name = "name"});
-  bench::RegisterMode({.name = "siblings", .showsSiblings = true});
-  bench::RegisterMode({.name = "sorted", .isSorted = true});
-  bench::RegisterMode({.name = "two-passes", .showsSiblings = true, .hidesBodies = true});
+  bench::RegisterMode({.name = "name", .rule = {}});
+  bench::RegisterMode({.name = "siblings", .rule = {.takesSiblings = true}});
+  bench::RegisterMode({.name = "sorted", .rule = {}, .isSorted = true});
+  bench::RegisterMode({.name = "two-passes", .rule = {.takesSiblings = true, .hidesBodies = true}});
   return bench::RunAll(argc, argv);
 }
