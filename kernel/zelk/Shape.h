@@ -4,7 +4,8 @@
 
 namespace zelk {
 
-/// The geometry of a product, shared by all its shape instances. Its queries may be asked from any thread.
+/// The geometry of a product, shared by all its shape instances. Its queries may be asked from any thread. Where
+/// nobody else holds it, it ends with a shape instance, so on any thread.
 class Shape : public Object {
 public:
   static constexpr ClassType CLASS_TYPE{ClassIdShape, "zelk::Shape", &Object::CLASS_TYPE};

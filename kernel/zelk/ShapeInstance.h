@@ -17,7 +17,8 @@ enum ShapeDataStatus : unsigned short {
   ShapeDataLoaded = 3,
 };
 
-/// The presence of a tree instance in one scene. Its queries may be asked from any thread.
+/// The presence of a tree instance in one scene. Its queries may be asked from any thread. It may end on any thread as
+/// well: a filter by visibility holds one for as long as it asks it.
 class ShapeInstance : public Object {
 public:
   static constexpr ClassType CLASS_TYPE{ClassIdShapeInstance, "zelk::ShapeInstance", &Object::CLASS_TYPE};

@@ -22,7 +22,7 @@ public:
   /// is called first.
   virtual bool UnregisterObserver(ShapeSceneObserver& observer) = 0;
   /// Any thread. Overwrites `out` with the shape instance of a tree instance, null and false if there is none or
-  /// `instance` is null.
+  /// `instance` is null. Whoever gets one may be its last holder, once the scene has let go of it.
   virtual bool GetShapeInstance(const du::ConstSmartPtr<Instance>& instance,
                                 du::SmartPtr<ShapeInstance>& out) const = 0;
 

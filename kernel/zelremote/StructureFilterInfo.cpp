@@ -34,6 +34,7 @@ bool IsOnList(const du::SmartPtr<zelk::BaseInstance>& instance,
 bool HasVisibility(const du::ConstSmartPtr<zelk::Instance>& instance, const du::SmartPtr<zelk::ShapeScene>& scene,
                    bool isVisible)
 {
+  // A scene may let go of it meanwhile: it is not edited under the lock of the tree. Shape instances may end here.
   du::SmartPtr<zelk::ShapeInstance> shape;
   return scene && scene->GetShapeInstance(instance, shape) && shape->IsVisible() == isVisible;
 }

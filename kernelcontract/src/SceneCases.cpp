@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <future>
 #include <thread>
 
 #include "Cases.h"
@@ -177,6 +178,37 @@ void QueriesOnShapeInstances_AreSafeFromAnotherThread(KernelUnderTest& kernel)
   EXPECT_GT(answers, 0U);
 }
 
+void AShapeInstance_MayEndOnAnotherThread(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  const auto scene = kernel.CreateScene();
+  if (!scene) {
+    GTEST_SKIP() << "this kernel has no scenes";
+  }
+  const du::ConstSmartPtr<zelk::Instance> wanted(tree["b"]);
+  kernel.AddShapeInstance(scene, tree["b"]);
+  std::promise<void> isHeld;
+  std::promise<void> isRemoved;
+  std::thread holder([&] {
+    du::SmartPtr<zelk::ShapeInstance> last;
+    EXPECT_TRUE(scene->GetShapeInstance(wanted, last));
+    isHeld.set_value();
+    isRemoved.get_future().wait();
+    EXPECT_TRUE(!last || last->IsVisible());
+  });
+
+  isHeld.get_future().wait();
+  kernel.RemoveShapeInstance(scene, tree["b"]);
+  isRemoved.set_value();
+  holder.join();
+
+  du::SmartPtr<zelk::ShapeInstance> found;
+  EXPECT_FALSE(scene->GetShapeInstance(wanted, found));
+  const auto another = kernel.AddShapeInstance(scene, tree["b"]);
+  EXPECT_TRUE(scene->GetShapeInstance(wanted, found));
+  EXPECT_TRUE(found == another);
+}
+
 void AView_KnowsItsSceneAndItsSettings(KernelUnderTest& kernel)
 {
   const auto scene = kernel.CreateScene();
@@ -212,6 +244,7 @@ std::vector<ContractCase> GetSceneCases()
       {group, "AShapeInstance_IsFoundByItsInstance", &AShapeInstance_IsFoundByItsInstance},
       {group, "Registration_HappensOnceAndEndsARun", &Registration_HappensOnceAndEndsARun},
       {group, "QueriesOnShapeInstances_AreSafeFromAnotherThread", &QueriesOnShapeInstances_AreSafeFromAnotherThread},
+      {group, "AShapeInstance_MayEndOnAnotherThread", &AShapeInstance_MayEndOnAnotherThread},
       {group, "AView_KnowsItsSceneAndItsSettings", &AView_KnowsItsSceneAndItsSettings},
   };
 }

@@ -1,5 +1,9 @@
 #include "memkernel/ShapeScene.h"
 
+#include <memory>
+#include <thread>
+#include <utility>
+
 #include "TreeFixture.h"
 #include "memkernel/SelectionManager.h"
 
@@ -137,6 +141,26 @@ TEST_F(ShapeSceneTest, RemoveShapeInstance_KnowsItsInstanceUntilItHasBeenTold)
   du::SmartPtr<zelk::Instance> instance = a;
   shapeInstance->GetInstance(instance);
   EXPECT_FALSE(instance);
+}
+
+TEST_F(ShapeSceneTest, RemoveShapeInstance_LeavesAShapeOfItsOwnToItsLastHolder)
+{
+  std::thread::id end;
+  const auto remember = [&end](void*) { end = std::this_thread::get_id(); };
+  auto shape = du::MakeSmart<memkernel::Shape>(
+      [held = std::shared_ptr<void>(nullptr, remember)](memkernel::LoadContext&) { return zelk::ShapeDataLoaded; });
+  scene->CreateShapeInstance(a, {.shape = shape});
+  shape.Reset();
+  du::SmartPtr<zelk::ShapeInstance> last;
+  scene->GetShapeInstance(a, last);
+
+  EXPECT_TRUE(scene->RemoveShapeInstance(a));
+  EXPECT_EQ(end, std::thread::id());
+  std::thread holder([held = std::exchange(last, nullptr)]() mutable { held.Reset(); });
+  const std::thread::id holderId = holder.get_id();
+  holder.join();
+
+  EXPECT_EQ(end, holderId);
 }
 
 TEST_F(ShapeSceneTest, RemoveShapeInstance_FromInsideACallback_StillKnowsItsInstanceWhenItIsTold)

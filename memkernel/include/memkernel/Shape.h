@@ -26,7 +26,8 @@ public:
 class Shape : public zelk::Shape {
 public:
   /// Gets the data and answers what came of it. Runs on a worker, for one shape once at a time. What it throws counts
-  /// as failed. It must hold no reference to the shape, which holds it.
+  /// as failed. It must hold no reference to the shape, which holds it. What it holds is let go of on the thread of the
+  /// shape's last holder, which may be a worker.
   using Work = std::function<zelk::ShapeDataStatus(LoadContext&)>;
 
   /// A shape without data of its own can be had with `ShapeDataNone` and no work; it fails when it is asked for.
