@@ -92,7 +92,7 @@ HiddenBranches::Slot* HiddenBranches::_GetSlot(const zelk::BaseInstance* instanc
 
 void HiddenBranches::_Remember(const du::SmartPtr<zelk::BaseInstance>& start, std::size_t count, bool isHidden)
 {
-  // After a long climb those near the start are needed next, and must keep their places.
+  // Of a long climb only the part near the start, which is needed next: the rest would take all its places.
   const std::size_t kept = std::min(count, m_slots.size() / 2);
   du::SmartPtr<zelk::BaseInstance> above = start;
   for (std::size_t i = 0; i < kept; ++i) {

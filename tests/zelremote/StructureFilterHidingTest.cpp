@@ -246,6 +246,40 @@ TEST_F(StructureFilterHiding, SiblingsFarBelowTheTop_AskForAFewParentsEach)
   EXPECT_LE(CountParentQuestions(top.Get()), 5 * (depth + width));
 }
 
+TEST_F(StructureFilterHiding, AWalkBackUpADeepTree_AsksForAFewParentsEach)
+{
+  constexpr int depth = 10000;
+  const auto top = du::MakeSmart<FilterItem>("top");
+  FilterItem* link = top.Get();
+  for (int i = 0; i < depth; ++i) {
+    FilterItem* const next = link->Add("link");
+    link->Add("leaf");
+    link = next;
+  }
+  filter.hideBodies = true;
+  const std::unique_ptr<structure_utils::TreeFilterInfoBase> duplicate(filter.Duplicate());
+
+  EXPECT_EQ(GetPassing(run, *duplicate, top.Get(), true).size(), 2 * depth + 1U);
+
+  EXPECT_LE(CountParentQuestions(top.Get()), 20 * depth);
+}
+
+TEST_F(StructureFilterHiding, SiblingsFarBelowTheTopThatComeFirst_AskForAFewParentsEach)
+{
+  constexpr int depth = 10000;
+  constexpr int width = 5000;
+  const auto top = du::MakeSmart<FilterItem>("top");
+  FilterItem* const bottom = AddChain(top.Get(), depth);
+  filter.hideBodies = true;
+  const std::unique_ptr<structure_utils::TreeFilterInfoBase> duplicate(filter.Duplicate());
+
+  for (int i = 0; i < width; ++i) {
+    EXPECT_TRUE(run.Passes(*duplicate, bottom->Add("leaf"), true));
+  }
+
+  EXPECT_LE(CountParentQuestions(top.Get()), 2 * (depth + width));
+}
+
 TEST_F(StructureFilterHiding, ABodyAtTheTopOfADeepTree_HidesItsLastLeaf)
 {
   const auto top = du::MakeSmart<FilterItem>("top");
