@@ -10,7 +10,7 @@ public:
   {
   }
 
-  /// The form that user interfaces write as #RRGGBB: red in the third byte, then green, then blue; the top byte is 0.
+  /// The form that user interfaces write as `#RRGGBB`: red in the third byte, then green, then blue; the top byte is 0.
   /// Components outside the range are taken to its nearer end, and each is rounded.
   [[nodiscard]] unsigned int GetAsHexUI() const noexcept;
 

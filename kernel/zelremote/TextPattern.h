@@ -20,7 +20,7 @@ namespace zelremote {
 /// - A quotation mark at the beginning of a word makes everything up to the next one stand for itself, blanks and
 ///   wildcards as well: `"hex nut"` is one word, `"hex nut"*` begins a field, `"*"` is a star. Where the second mark is
 ///   missing, because it has not been typed yet, the quotation goes on to the end. Anywhere else a quotation mark is an
-///   ordinary character: `3/4"`.
+///   ordinary character: 3/4".
 /// - To match whole words alone, the stretch that a word matches has to begin and end where no two letters or digits
 ///   stand side by side: `nut` in "Hex nut" and "nut_M8", not in "Donut". A word with wildcards then matches such a
 ///   stretch instead of the whole field, and its wildcards stand for letters and digits alone: `nut*` finds "Hex nuts".
