@@ -54,11 +54,13 @@ public:
   explicit Tree(const std::shared_ptr<Gate>& gate) : m_gate(gate), m_job(gate->BeginJob()) {}
 
 protected:
-  /// Asked at each judging, while the build holds the kernel's lock.
-  [[nodiscard]] bool ForceCheckFilteringForAllItems(bool hiddenPass) override
+  /// The build holds the kernel's lock meanwhile.
+  void AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched) override
   {
-    m_gate->Wait(m_job);
-    return FilteredTree::ForceCheckFilteringForAllItems(hiddenPass);
+    FilteredTree::AddMatchedFilterItem(instance, matched);
+    if (matched) {
+      m_gate->Wait(m_job);
+    }
   }
 
 private:

@@ -7,8 +7,9 @@
 #include "memkernel/OwnerLoop.h"
 
 /// Where filter jobs wait in the middle of their work, as if the tree were endless, so that a script can show what
-/// comes of edits and cancels meanwhile. A job that waits reads the tree. Owner's thread; ends before the loop. Jobs
-/// that wait go on when it ends.
+/// comes of edits and cancels meanwhile: a job waits once it has found its first match, since a result that is
+/// cancelled without any has nothing below its root to be opened. One that finds none comes to its end. A job that
+/// waits reads the tree. Owner's thread; ends before the loop. Jobs that wait go on when it ends.
 class FilterHold {
 public:
   /// `loop` is woken when a job has begun to wait.

@@ -20,11 +20,13 @@ constexpr auto s_silence = 150ms;
 
 }  // namespace
 
-/// A plain state whose filters can be held.
-class Panel::State final : public PlainTreeState {
+/// A state whose filters can be held. The root is an assembly like any other, or stands above several files: it is a
+/// row that a filter may find, and nothing is spared for its sake.
+class Panel::State final : public guitree::StructureTreeState {
 public:
-  State(guitree::GuiTree& tree, FilterHold& hold) : PlainTreeState(tree), m_hold(hold) {}
+  State(guitree::GuiTree& tree, FilterHold& hold) : StructureTreeState(tree, true), m_hold(hold) {}
 
+  [[nodiscard]] bool GetDisplayRoot() override { return true; }
   [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return m_hold.MakeTree(); }
 
 private:
@@ -52,9 +54,9 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
     m_checker = std::make_unique<hostcheck::ProtocolChecker>(first);
     first = m_checker.get();
   }
-  Apply(m_filter, m_state->GetStructureFilter());
   m_gui->SetGuiInterface(first);
   m_host.SetPanel(m_gui.Get());
+  Apply(m_filter, *m_state->GetStructureFilter());
   m_gui->SetTreeState(m_state);
   m_gui->Initialise(world);
   stage.SetFollower(m_host.GetSceneManagerObserver());
@@ -107,7 +109,7 @@ void Panel::SetFilter(const FilterSettings& settings)
   }
   const bool isFiltered = m_filter.IsOn() || settings.IsOn();
   m_filter = settings;
-  Apply(m_filter, m_state->GetStructureFilter());
+  Apply(m_filter, *m_state->GetStructureFilter());
   if (isFiltered) {
     _Populate(false);
   }

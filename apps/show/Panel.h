@@ -8,8 +8,8 @@
 #include "FilterHold.h"
 #include "Options.h"
 #include "PanelHost.h"
-#include "PlainTreeState.h"
 #include "guitree/GuiTree.h"
+#include "guitree/StructureTreeState.h"
 #include "hostcheck/CallTracer.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
@@ -67,5 +67,5 @@ private:
   /// An edit has ended a filter, and no other has begun since.
   bool m_isFilterDue = false;
   du::SmartPtr<guitree::GuiTree> m_gui;
-  du::SmartPtr<PlainTreeState> m_state;
+  du::SmartPtr<guitree::StructureTreeState> m_state;
 };

@@ -30,7 +30,8 @@ public:
   /// them still.
   ~StructureTreeState() override;
 
-  /// False: the root has its row, but is no match of its own.
+  /// False: the root holds what is shown, and is no match of its own. A filter spares it, and so every child of the
+  /// root stays in the panel. A host whose root is an assembly like any other overrides this.
   [[nodiscard]] bool GetDisplayRoot() override;
   /// Whether the current filter asks for the list and filters at all. False for a filter of another class than
   /// `zelremote::StructureFilterInfo`, which a derived state may have.
@@ -58,6 +59,10 @@ public:
   /// What the icon tells of issues. Any thread, as long as the kernel tree is not written meanwhile.
   [[nodiscard]] TFStatus TreeFilterGetItemStatus(const du::ConstSmartPtr<zelk::Instance>& instance,
                                                  const du::SmartPtr<zelk::Scene>& scene) override;
+
+  /// The filter of the current view, for changes that the next population shows. Null once the panel has ended, and for
+  /// a filter of another class, which a derived state may have.
+  [[nodiscard]] zelremote::StructureFilterInfo* GetStructureFilter();
 
   /// Writes the list presentation of the filtered tree: the row of `node`, and under it one for each created item, in
   /// the order of the filter's sort column, or of their keys without one. False, and nothing done, while the panel does
@@ -98,7 +103,6 @@ private:
 
   using Filters = du::HashMap<du::Symbol, zelremote::StructureFilterInfo*>;
 
-  [[nodiscard]] zelremote::StructureFilterInfo* _GetStructureFilter();
   [[nodiscard]] du::SmartPtr<FilteredTree> _GetResult() const;
   void _TellOfFirstFilter(const du::SmartPtr<zelk::View>& view);
   void _WriteList(FilteredTree& tree, const FilteredTree::Node& node,

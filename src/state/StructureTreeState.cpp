@@ -61,7 +61,7 @@ bool StructureTreeState::GetDisplayRoot()
 
 bool StructureTreeState::IsDoingFilterAsList()
 {
-  const zelremote::StructureFilterInfo* const filter = _GetStructureFilter();
+  const zelremote::StructureFilterInfo* const filter = GetStructureFilter();
   return filter && filter->listMode == 1 && filter->IsFiltering(false);
 }
 
@@ -128,7 +128,7 @@ void StructureTreeState::_TellOfFirstFilter(const du::SmartPtr<zelk::View>& view
   gui->UpdateQuickSearchResults(false, view, true);
 }
 
-zelremote::StructureFilterInfo* StructureTreeState::_GetStructureFilter()
+zelremote::StructureFilterInfo* StructureTreeState::GetStructureFilter()
 {
   return _HasGuiTree() ? dynamic_cast<zelremote::StructureFilterInfo*>(&_GetCurrentFilter()) : nullptr;
 }
@@ -212,7 +212,7 @@ du::SmartPtr<FilteredTree> StructureTreeState::_GetResult() const
 void StructureTreeState::SetResultsComps(du::SmartPtr<structure_utils::TreeResultsList> results)
 {
   resultsComps = results;
-  const zelremote::StructureFilterInfo* const filter = _GetStructureFilter();
+  const zelremote::StructureFilterInfo* const filter = GetStructureFilter();
   if (filter && filter->resultsListLive && filter->useResultsList) {
     PopulateTree(true);
   }

@@ -18,11 +18,11 @@ protected:
   [[nodiscard]] TreePtr Make() const { return TreePtr(hold->MakeTree()); }
 
   /// A build on a thread of its own.
-  [[nodiscard]] std::jthread Build(const TreePtr& tree) const
+  [[nodiscard]] std::jthread Build(const TreePtr& tree, const char* text = "bolt") const
   {
-    return std::jthread([tree, pump = stage.pump] {
+    return std::jthread([tree, pump = stage.pump, text] {
       zelremote::StructureFilterInfo filter("test");
-      filter.SetText("bolt");
+      filter.SetText(text);
       du::SmartPtr<du::RefCounted> noInfo;
       tree->BuildTree(filter, pump, {}, noInfo, {}, nullptr);
     });
@@ -62,6 +62,34 @@ TEST_F(FilterHoldTest, On_ABuildWaitsWithTheTreeLockedUntilItIsLetGo)
   EXPECT_FALSE(hold->IsReached());
   EXPECT_FALSE(tree->IsFilteredTreeEmpty());
   stage.GetTree().SetEditGate({});
+}
+
+TEST_F(FilterHoldTest, On_TheFirstMatchHasBeenRecordedAndNoMore)
+{
+  hold->SetOn(true);
+  const TreePtr tree = Make();
+  std::jthread worker = Build(tree, "t");
+  WaitUntilReached();
+
+  guitree::FilteredTree::InstanceSet matches;
+  tree->GetMatchedFilterItems(matches);
+  EXPECT_EQ(matches.size(), 1U);
+
+  hold->LetGo();
+  worker.join();
+  tree->GetMatchedFilterItems(matches);
+  EXPECT_EQ(matches.size(), 3U);
+}
+
+TEST_F(FilterHoldTest, On_ABuildWithoutAMatchComesToItsEnd)
+{
+  hold->SetOn(true);
+  const TreePtr tree = Make();
+
+  Build(tree, "washer").join();
+
+  EXPECT_TRUE(tree->IsFilteredTreeEmpty());
+  EXPECT_FALSE(hold->IsReached());
 }
 
 TEST_F(FilterHoldTest, NewerTree_LetsTheOneBeforeGo)

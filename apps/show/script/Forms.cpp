@@ -34,7 +34,7 @@ constexpr std::array s_forms{
     Form{"panel show", Verb::ShowPanel, Arguments::None, false, "the panel comes back"},
     Form{"filter", Verb::Filter, Arguments::Filter, false, "show what matches; OPTIONS are those for filters above"},
     Form{"filter off", Verb::FilterOff, Arguments::None, false, "show everything again"},
-    Form{"filter hold", Verb::HoldFilter, Arguments::None, false, "filters stop in the middle of their work"},
+    Form{"filter hold", Verb::HoldFilter, Arguments::None, false, "filters stop at their first match"},
     Form{"filter resume", Verb::ResumeFilter, Arguments::None, false, "they go on to their end again"},
     Form{"filter cancel", Verb::CancelFilter, Arguments::None, false, "end the filter that is at work"},
     Form{"sort", Verb::Sort, Arguments::Sorting, false, "sort what a filter shows by a column"},

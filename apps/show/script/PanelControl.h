@@ -14,7 +14,7 @@ public:
   /// Settings without a fault. Those that filter nothing bring everything back.
   virtual void SetFilter(const FilterSettings& settings) = 0;
   [[nodiscard]] virtual const FilterSettings& GetFilter() const = 0;
-  /// Filters that are begun from now on stop in the middle of their work, until this is turned off again.
+  /// Filters that are begun from now on stop at their first match, until this is turned off again.
   virtual void HoldFilters(bool on) = 0;
   /// False where no filter is at work.
   virtual bool CancelFilter() = 0;

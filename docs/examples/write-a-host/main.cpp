@@ -4,14 +4,15 @@
 #include <list>
 #include <string>
 
+#include "AssemblyState.h"
 #include "FilteringHost.h"
 #include "OutlineHost.h"
-#include "PlainTreeState.h"
 #include "SmallestHost.h"
 #include "guitree/GuiTree.h"
 #include "guitree/TreeController.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
+#include "zelremote/StructureFilterInfo.h"
 
 namespace {
 
@@ -32,7 +33,7 @@ void ShowPanel(const du::SmartPtr<memkernel::World>& world, guitree::GuiInterfac
 {
   const auto gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
   gui->SetGuiInterface(&host);
-  gui->SetTreeState(du::MakeSmart<PlainTreeState>(*gui));
+  gui->SetTreeState(du::MakeSmart<AssemblyState>(*gui));
   gui->Initialise(world);
   gui->Close();
 }
@@ -52,9 +53,10 @@ bool ShowAndCheck(const du::SmartPtr<memkernel::World>& world, guitree::GuiInter
 // end check
 
 // begin filter
-void Filter(const memkernel::World& world, const guitree::GuiTree& gui, PlainTreeState& state, const std::string& text)
+void Filter(const memkernel::World& world, const guitree::GuiTree& gui, guitree::StructureTreeState& state,
+            const std::string& text)
 {
-  state.GetStructureFilter().SetText(text);
+  state.GetStructureFilter()->SetText(text);
   state.PopulateTree(false);
   // An application just goes on: its event loop is the owner's.
   world.GetLoop().RunUntil([&gui] { return !gui.GetTreeController()->IsBusy(); });
@@ -62,7 +64,7 @@ void Filter(const memkernel::World& world, const guitree::GuiTree& gui, PlainTre
 // end filter
 
 // begin gate
-void RenameWhileFiltering(const memkernel::World& world, FilteringHost& host, PlainTreeState& state)
+void RenameWhileFiltering(const memkernel::World& world, FilteringHost& host, guitree::StructureTreeState& state)
 {
   memkernel::Tree& tree = world.GetMemTree();
   bool isFilterDue = false;
@@ -78,7 +80,7 @@ void RenameWhileFiltering(const memkernel::World& world, FilteringHost& host, Pl
 
 // begin open
 // The path leads from the topmost row to the one that the user opens.
-bool Open(const FilteringHost& host, PlainTreeState& state, const std::list<zelk::BaseInstance*>& path)
+bool Open(const FilteringHost& host, guitree::StructureTreeState& state, const std::list<zelk::BaseInstance*>& path)
 {
   return host.CanOpen(path.back()) && state.ExpandFilterNode(path);
 }
@@ -89,10 +91,10 @@ bool ShowFiltered(const du::SmartPtr<memkernel::World>& world)
 {
   FilteringHost host;
   const auto gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
-  const auto state = du::MakeSmart<PlainTreeState>(*gui);
+  const auto state = du::MakeSmart<AssemblyState>(*gui);
   gui->SetGuiInterface(&host);
   gui->SetTreeState(state);
-  state->GetStructureFilter().SetText("other");
+  state->GetStructureFilter()->SetText("other");
   gui->Initialise(world);
   Filter(*world, *gui, *state, "bolt");
   RenameWhileFiltering(*world, host, *state);

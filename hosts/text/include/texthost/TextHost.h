@@ -107,7 +107,8 @@ public:
   bool Expand(const zelk::BaseInstance& instance);
   /// The filter job that was begun last, while it is at work; null otherwise.
   [[nodiscard]] const FilterProgress* GetFilterProgress() const noexcept;
-  /// Asks that job to end; it shows the topmost row alone then, with a placeholder. False without one.
+  /// Asks that job to end; it shows the topmost row alone then, with a placeholder if it had found anything. False
+  /// without a job.
   bool CancelFilter();
 
   static constexpr std::size_t s_maxIndent = 64;
