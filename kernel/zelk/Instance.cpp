@@ -15,10 +15,14 @@ void Instance::GetInstancesAndDescendents(const std::set<du::SmartPtr<Instance>>
   std::set<du::SmartPtr<Instance>> found;
   detail::VisitDescendents(in, [&](const du::SmartPtr<BaseInstance>& base) {
     if (auto instance = du::DynamicCast<Instance>(base)) {
-      found.insert(std::move(instance));
+      found.insert(found.end(), std::move(instance));
     }
   });
-  out.merge(found);
+  if (out.empty()) {
+    out.swap(found);
+  } else {
+    out.merge(found);
+  }
 }
 
 }  // namespace zelk
