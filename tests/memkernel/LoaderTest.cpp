@@ -235,6 +235,28 @@ TEST_F(LoaderTest, Progress_OfTheWork_IsThatOfTheEvent)
   EXPECT_EQ(event->shapeStatus, zelk::ShapeDataPartial);
 }
 
+TEST_F(LoaderTest, GetLoadCount_TellsHowManyShapesAreUnderWay)
+{
+  std::latch mayEnd(1);
+  const auto work = [&](LoadContext&) {
+    mayEnd.wait();
+    return zelk::ShapeDataLoaded;
+  };
+  const auto shape = du::MakeSmart<memkernel::Shape>(work);
+  const auto other = du::MakeSmart<memkernel::Shape>(work);
+  EXPECT_EQ(world->GetMemLoader().GetLoadCount(), 0U);
+
+  Load(shape, MakeEvent(shape));
+  Load(shape, MakeEvent(shape));
+  Load(other, MakeEvent(other));
+
+  EXPECT_EQ(world->GetMemLoader().GetLoadCount(), 2U);
+  mayEnd.count_down();
+  world->GetLoop().RunUntil([&] { return world->GetMemLoader().GetLoadCount() == 0; });
+  world->GetLoop().RunDue();
+  EXPECT_EQ(ends.size(), 3U);
+}
+
 TEST_F(LoaderTest, LoadShape_OfManyShapes_CompletesEachOnce)
 {
   constexpr std::size_t count = 300;

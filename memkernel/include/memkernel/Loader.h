@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <unordered_map>
 
 #include "memkernel/Shape.h"
@@ -25,6 +26,9 @@ public:
   /// `memkernel::Shape`.
   bool LoadShape(const du::SmartPtr<zelk::Shape>& shape, du::Flags what, zelloader::ShapeLoaderEvent* event,
                  zelk::Anchor* anchor) override;
+  /// How many shapes are under way. Owner's thread. Once it is 0 the loop holds the completion of every event, or has
+  /// delivered it.
+  [[nodiscard]] std::size_t GetLoadCount() const noexcept { return m_loads.size(); }
   /// Cancels what is under way and accepts nothing more.
   void Shutdown();
 
