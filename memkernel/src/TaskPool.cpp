@@ -122,7 +122,7 @@ void TaskPool::_Work()
 
 bool TaskPool::_CanTake() const
 {
-  return !m_ready.empty() || (!m_parallel.empty() && m_parallelRunning < m_parallelLimit);
+  return !m_ready.empty() || (!m_parallel.empty() && m_pauses == 0 && m_parallelRunning < m_parallelLimit);
 }
 
 TaskPool::Job TaskPool::_Take()
@@ -211,6 +211,15 @@ void TaskPool::_AbortWaiting()
     task->Abort();
     task.Reset();
   }
+}
+
+void TaskPool::_ChangePauses(int by)
+{
+  {
+    const std::lock_guard lock(m_mutex);
+    m_pauses += by;
+  }
+  m_inserted.notify_all();
 }
 
 }  // namespace memkernel

@@ -140,6 +140,36 @@ TEST_F(TaskPoolTest, InsertParallelTask_LeavesAWorkerForTheLanes)
   EXPECT_EQ(lines.size(), 12U);
 }
 
+TEST_F(TaskPoolTest, Pause_LetsParallelTasksWaitAndTheLanesGoOn)
+{
+  std::atomic<bool> isPaused{true};
+  {
+    const memkernel::ParallelTaskPause pause(pool);
+    const memkernel::ParallelTaskPause nested(pool);
+    for (int i = 0; i < 3; ++i) {
+      pool.InsertParallelTask(MakeTask("P", [&] { EXPECT_FALSE(isPaused); }));
+    }
+    pool.InsertTask(MakeTask("J"));
+    RunUntilLines(3);
+    EXPECT_THAT(lines, ElementsAre("J complete", "J flush", "J released"));
+    isPaused = false;
+  }
+
+  RunUntilLines(12);
+
+  EXPECT_EQ(lines.size(), 12U);
+}
+
+TEST_F(TaskPoolTest, Shutdown_InsideAPause_HandsBackWhatWaits)
+{
+  const memkernel::ParallelTaskPause pause(pool);
+  pool.InsertParallelTask(MakeTask("P"));
+
+  pool.Shutdown();
+
+  EXPECT_THAT(lines, ElementsAre("P abort", "P released"));
+}
+
 TEST_F(TaskPoolTest, InsertTask_OfNothing_IsRefused)
 {
   EXPECT_FALSE(pool.InsertTask(nullptr));

@@ -46,6 +46,8 @@ public:
   [[nodiscard]] std::size_t GetThreadCount() const noexcept { return m_threads.size(); }
 
 private:
+  friend class ParallelTaskPause;
+
   struct LaneQueue {
     std::deque<du::SmartPtr<du::Task>> waiting;
     bool isRunning = false;
@@ -65,6 +67,7 @@ private:
   void _CollectFinished();
   void _StopThreads();
   void _AbortWaiting();
+  void _ChangePauses(int by);
 
   const du::SmartPtr<OwnerLoop> m_loop;
   du::SmartPtr<Returner> m_returner;
@@ -78,8 +81,23 @@ private:
   std::size_t m_parallelLimit = 1;
   std::size_t m_parallelRunning = 0;
   std::size_t m_unfinished = 0;
+  int m_pauses = 0;
   bool m_isStopping = false;
   std::vector<std::thread> m_threads;
+};
+
+/// While it lives no parallel task of the pool begins; what runs goes on, and what is inserted waits. For an owner who
+/// asks for much and wants nothing of it to end before all is asked for. May be nested. Ends before the pool; owner's
+/// thread.
+class ParallelTaskPause {
+public:
+  explicit ParallelTaskPause(TaskPool& pool) : m_pool(pool) { m_pool._ChangePauses(1); }
+  ~ParallelTaskPause() { m_pool._ChangePauses(-1); }
+  ParallelTaskPause(const ParallelTaskPause&) = delete;
+  ParallelTaskPause& operator=(const ParallelTaskPause&) = delete;
+
+private:
+  TaskPool& m_pool;
 };
 
 }  // namespace memkernel
