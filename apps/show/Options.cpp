@@ -18,8 +18,8 @@ constexpr const char* s_description =
 
 constexpr std::string_view s_aboutRows =
     R"(Names are printed in UTF-8. Characters that would break a line or steer the terminal are
-escaped; [+N] stands for N rows that --depth leaves out. All that has a shape is shown in one scene.
-These marks in front of the rows tell how:
+escaped; [+N] stands for N rows that --depth leaves out. All that has a shape is loaded and shown in
+one scene. These marks in front of the rows tell how:
 
 )";
 

@@ -1,5 +1,6 @@
 #include "Panel.h"
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
 #include <utility>
@@ -17,6 +18,21 @@ using namespace std::chrono_literals;
 constexpr auto s_turn = 50ms;
 // What is over sooner would only flicker.
 constexpr auto s_silence = 150ms;
+
+/// A line on the terminal for what takes longer.
+class SlowLine {
+public:
+  void Show(const std::string& text)
+  {
+    if (std::chrono::steady_clock::now() - m_start > s_silence) {
+      m_line.Show(text);
+    }
+  }
+
+private:
+  const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+  StatusLine m_line{terminal::IsStderrTerminal()};
+};
 
 }  // namespace
 
@@ -37,7 +53,7 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
     : m_world(world),
       m_stage(stage),
       m_style(options.style),
-      m_filter(options.filter),
+      m_firstFilter(options.filter),
       m_hold(world->GetLoopPtr()),
       m_gui(du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject())),
       m_state(du::MakeSmart<State>(*m_gui, m_hold))
@@ -54,6 +70,8 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
     m_checker = std::make_unique<hostcheck::ProtocolChecker>(first);
     first = m_checker.get();
   }
+  // All loads are one wave then, which no row has to wait for, however quick the first ones are.
+  const memkernel::ParallelTaskPause pause(world->GetMemTaskPool());
   m_gui->SetGuiInterface(first);
   m_host.SetPanel(m_gui.Get());
   Apply(m_filter, *m_state->GetStructureFilter());
@@ -61,6 +79,9 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
   m_gui->Initialise(world);
   stage.SetFollower(m_host.GetSceneManagerObserver());
   world->GetMemTree().SetEditGate([this] { _GiveWayToEdit(); });
+  if (!IsLoading()) {
+    _BeginFirstFilter();
+  }
 }
 
 Panel::~Panel()
@@ -73,20 +94,46 @@ Panel::~Panel()
 
 bool Panel::Settle()
 {
-  StatusLine line(terminal::IsStderrTerminal());
-  const auto start = std::chrono::steady_clock::now();
+  _SettleLoads();
+  if (!InterruptScope::WasInterrupted()) {
+    _BeginFirstFilter();
+  }
+  _SettleFilter();
+  return !InterruptScope::WasInterrupted();
+}
+
+void Panel::_SettleLoads()
+{
+  SlowLine line;
+  const std::size_t all = m_world->GetMemLoader().GetLoadCount();
+  while (IsLoading() && !InterruptScope::WasInterrupted()) {
+    m_world->GetLoop().WaitAndRun(s_turn);
+    const std::size_t left = std::min(m_world->GetMemLoader().GetLoadCount(), all);
+    line.Show("Loading shapes " + std::to_string(100 * (all - left) / all) + '%');
+  }
+  // The last completions may still be on their way.
   m_world->GetLoop().RunDue();
+}
+
+void Panel::_SettleFilter()
+{
+  SlowLine line;
   while (IsFiltering() && !m_hold.IsReached()) {
     if (InterruptScope::WasInterrupted()) {
       CancelFilter();
     }
     m_world->GetLoop().WaitAndRun(s_turn);
-    const texthost::FilterProgress* const progress = m_host.GetFilterProgress();
-    if (progress && std::chrono::steady_clock::now() - start > s_silence) {
+    if (const texthost::FilterProgress* const progress = m_host.GetFilterProgress()) {
       line.Show(progress->GetLine());
     }
   }
-  return !InterruptScope::WasInterrupted();
+}
+
+void Panel::_BeginFirstFilter()
+{
+  if (const auto filter = std::exchange(m_firstFilter, std::nullopt); filter && *filter != m_filter) {
+    SetFilter(*filter);
+  }
 }
 
 void Panel::CatchUp()
@@ -99,6 +146,11 @@ void Panel::CatchUp()
 bool Panel::IsFiltering() const
 {
   return m_gui->GetTreeController()->IsBusy();
+}
+
+bool Panel::IsLoading() const
+{
+  return m_world->GetMemLoader().GetLoadCount() != 0;
 }
 
 void Panel::SetFilter(const FilterSettings& settings)

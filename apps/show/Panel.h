@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "FilterHold.h"
@@ -16,9 +17,10 @@
 #include "script/PanelControl.h"
 #include "script/Stage.h"
 
-/// One structure panel over a world and a stage, filled when it is made, or once the filter that the options ask for
-/// has come to its end: a text host, and before it what the options ask for. Follows the stage while it lives, and has
-/// the filter give way to edits of the tree. Ends before world and stage.
+/// One structure panel over a world and a stage, filled when it is made: a text host, and before it what the options
+/// ask for. It has the shapes of the stage loaded; the filter of the options begins when they are all there, since it
+/// may look at them. Follows the stage while it lives, and has the filter give way to edits of the tree. Ends before
+/// world and stage.
 class Panel final : public script::PanelControl {
 public:
   Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options);
@@ -26,12 +28,14 @@ public:
   Panel& operator=(const Panel&) = delete;
   ~Panel() override;
 
-  /// Goes on with what is due on the owner's thread until no filter is at work any more, or until one is held; what
-  /// takes longer shows how far it is where stderr is a terminal. Ctrl-C cancels the filter, and the answer is false.
+  /// Goes on with what is due on the owner's thread until all shapes are loaded and no filter is at work any more, or
+  /// until one is held; what takes longer shows how far it is where stderr is a terminal. Ctrl-C cancels the filter, or
+  /// leaves the loads to the end of the world, and the answer is false.
   [[nodiscard]] bool Settle();
   /// Filters once more where an edit has ended a filter at work. To be called when the edits of a batch are all in.
   void CatchUp();
   [[nodiscard]] bool IsFiltering() const;
+  [[nodiscard]] bool IsLoading() const;
 
   void Print(std::ostream& out) const;
   /// With `--trace` the calls since the last time, one a line; empty without.
@@ -50,6 +54,9 @@ public:
 private:
   class State;
 
+  void _SettleLoads();
+  void _SettleFilter();
+  void _BeginFirstFilter();
   void _GiveWayToEdit();
   void _Populate(bool keepExpanded);
   [[nodiscard]] std::string _NameForTrace(const zelk::Object& object) const;
@@ -63,6 +70,8 @@ private:
   std::unique_ptr<hostcheck::ProtocolChecker> m_checker;
   std::size_t m_reported = 0;
   FilterSettings m_filter;
+  /// That of the options, until it has begun.
+  std::optional<FilterSettings> m_firstFilter;
   FilterHold m_hold;
   /// An edit has ended a filter, and no other has begun since.
   bool m_isFilterDue = false;

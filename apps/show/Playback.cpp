@@ -54,10 +54,10 @@ ExitCode Playback::Play(ScriptSource& source)
   return _End(source);
 }
 
-// Between two filters Ctrl-C ends the process as ever.
+// While nothing is at work Ctrl-C ends the process as ever.
 bool Playback::_Settle()
 {
-  if (!m_panel.IsFiltering()) {
+  if (!m_panel.IsFiltering() && !m_panel.IsLoading()) {
     return m_panel.Settle();
   }
   const InterruptScope interrupt;

@@ -98,8 +98,8 @@ ExitCode ReadWithInterrupt(const Options& options, Session& session)
   return InterruptScope::WasInterrupted() ? ExitInterrupted : code;
 }
 
-// Once the files are read Ctrl-C ends a filter at work, and with it the script, and otherwise the process at once: what
-// was played so far has been written.
+// Once the files are read Ctrl-C ends the loads or a filter at work, and with them the script, and otherwise the
+// process at once: what was played so far has been written.
 ExitCode ReadAndPlay(const Options& options)
 {
   ScriptSource source(*options.script);

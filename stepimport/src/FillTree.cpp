@@ -1,7 +1,10 @@
 #include <cstddef>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "ProductLoads.h"
 #include "du/SmartPtr.h"
 #include "du/Symbol.h"
 #include "memkernel/InstanceFlags.h"
@@ -17,6 +20,7 @@ namespace {
 
 using InstancePtr = du::SmartPtr<memkernel::Instance>;
 using ProductPtr = du::SmartPtr<memkernel::Product>;
+using ShapePtr = du::SmartPtr<memkernel::Shape>;
 
 void SetProperty(memkernel::PropertyTable& properties, const char* name, const std::string& value)
 {
@@ -64,25 +68,49 @@ unsigned int GetFlags(const Product& product)
   return flags;
 }
 
-// The exact geometry has been read with the file, so there is nothing left to be loaded.
-du::SmartPtr<memkernel::Shape> MakeReadShape()
-{
-  return du::MakeSmart<memkernel::Shape>(memkernel::Shape::Work(), zelk::ShapeDataLoaded);
-}
-
-du::SmartPtr<memkernel::Shape> MakeShape(const Product& product)
-{
-  if (product.hasDamagedShape) {
-    return du::MakeSmart<memkernel::Shape>(memkernel::Shape::Work(), zelk::ShapeDataFailed);
+/// Makes the shapes of one product.
+class ShapeMaker {
+public:
+  /// Without a store there is nothing to load from.
+  ShapeMaker(const std::shared_ptr<const ShapeStore>& store, ProductIndex product)
+      : m_loads(store ? std::make_shared<ProductLoads>(store, product) : nullptr)
+  {
   }
-  return product.hasShape ? MakeReadShape() : nullptr;
-}
+
+  /// Null for a product without geometry of its own.
+  [[nodiscard]] ShapePtr MakeShape(const Product& product) const
+  {
+    // It is known already that nothing can be had, so nobody needs to ask.
+    if (product.hasDamagedShape) {
+      return du::MakeSmart<memkernel::Shape>(Work(), zelk::ShapeDataFailed);
+    }
+    if (!product.hasShape) {
+      return {};
+    }
+    return _Make([loads = m_loads](memkernel::LoadContext& context) { return loads->LoadProduct(context); });
+  }
+
+  [[nodiscard]] ShapePtr MakeBodyShape(std::size_t body) const
+  {
+    return _Make([loads = m_loads, body](memkernel::LoadContext& context) { return loads->LoadBody(body, context); });
+  }
+
+private:
+  using Work = memkernel::Shape::Work;
+
+  [[nodiscard]] ShapePtr _Make(Work work) const
+  {
+    return du::MakeSmart<memkernel::Shape>(m_loads ? std::move(work) : Work());
+  }
+
+  std::shared_ptr<ProductLoads> m_loads;
+};
 
 /// Unfolds one assembly into a tree.
 class TreeFiller {
 public:
-  TreeFiller(const Assembly& assembly, memkernel::Tree& tree)
-      : m_assembly(assembly), m_tree(tree), m_entries(assembly.products.size())
+  TreeFiller(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes, memkernel::Tree& tree)
+      : m_assembly(assembly), m_shapes(shapes), m_tree(tree), m_entries(assembly.products.size())
   {
   }
 
@@ -122,22 +150,24 @@ private:
   {
     Entry& entry = m_entries[index];
     if (!entry.product) {
-      entry = _MakeEntry(m_assembly.products[index]);
+      entry = _MakeEntry(index);
     }
     return entry;
   }
 
-  [[nodiscard]] Entry _MakeEntry(const Product& product) const
+  [[nodiscard]] Entry _MakeEntry(ProductIndex index) const
   {
+    const Product& product = m_assembly.products[index];
+    const ShapeMaker shapes(m_shapes, index);
     Entry entry;
     entry.product = m_tree.CreateProduct({.name = du::Symbol(product.name),
                                           .flags = GetFlags(product),
-                                          .shape = MakeShape(product),
+                                          .shape = shapes.MakeShape(product),
                                           .properties = MakeProperties(product, product.appearance)});
     for (const Body& body : product.bodies) {
       entry.bodies.push_back(m_tree.CreateProduct({.name = du::Symbol(body.name),
                                                    .flags = memkernel::InstanceBody | memkernel::InstanceBodyType,
-                                                   .shape = MakeReadShape(),
+                                                   .shape = shapes.MakeBodyShape(entry.bodies.size()),
                                                    .properties = MakeProperties(product, body.appearance)}));
     }
     for (const Occurrence& occurrence : product.occurrences) {
@@ -184,6 +214,7 @@ private:
   }
 
   const Assembly& m_assembly;
+  const std::shared_ptr<const ShapeStore>& m_shapes;
   memkernel::Tree& m_tree;
   std::vector<Entry> m_entries;
   std::vector<Step> m_path;
@@ -191,15 +222,15 @@ private:
 
 }  // namespace
 
-du::SmartPtr<memkernel::Instance> FillTree(const Assembly& assembly, memkernel::Tree& tree,
-                                           const du::SmartPtr<memkernel::Instance>& parent)
+du::SmartPtr<memkernel::Instance> FillTree(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes,
+                                           memkernel::Tree& tree, const du::SmartPtr<memkernel::Instance>& parent)
 {
   const std::size_t count = CountInstances(assembly);
   if (count == 0 || count > MaxInstances) {
     return {};
   }
   const memkernel::TreeBatch batch(tree);
-  return TreeFiller(assembly, tree).Fill(parent);
+  return TreeFiller(assembly, shapes, tree).Fill(parent);
 }
 
 }  // namespace stepimport

@@ -26,7 +26,7 @@ ImportResult Import(const std::filesystem::path& file, memkernel::Tree& tree,
     result.error = file.string() + ": cancelled";
     return result;
   }
-  result.instance = FillTree(read.assembly, tree, parent);
+  result.instance = FillTree(read.assembly, read.shapes, tree, parent);
   if (!result.instance) {
     result.error = file.string() + ": cannot be added to the tree as it is";
     return result;

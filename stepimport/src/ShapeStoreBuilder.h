@@ -4,6 +4,7 @@
 #include <TopoDS_Shape.hxx>
 
 #include <memory>
+#include <shared_mutex>
 #include <utility>
 #include <vector>
 
@@ -24,7 +25,16 @@ struct ProductShape {
 struct ShapeStore::Content {
   std::vector<XdeDocument> documents;
   std::vector<ProductShape> products;
+  /// By product, into `mutexes`.
+  std::vector<std::size_t> groups;
+  /// One for all shapes that have faces or edges in common.
+  std::vector<std::unique_ptr<std::shared_timed_mutex>> mutexes;
+  /// For products that are not there.
+  std::shared_timed_mutex noMutex;
 };
+
+/// Held alone by whoever writes into the product's shapes.
+[[nodiscard]] std::shared_timed_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product);
 
 /// Fills a `ShapeStore` during an import; the store is not changed once it has been taken.
 class ShapeStoreBuilder {
@@ -36,7 +46,8 @@ public:
   /// `product` shows the geometry of `source`.
   void Share(ProductIndex product, ProductIndex source);
 
-  [[nodiscard]] std::shared_ptr<const ShapeStore> Take() { return std::move(m_store); }
+  /// Once all products are there.
+  [[nodiscard]] std::shared_ptr<const ShapeStore> Take();
 
 private:
   ShapeStore::Content& _Content() { return *m_store->m_content; }

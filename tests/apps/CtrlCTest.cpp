@@ -53,6 +53,24 @@ int FilterUntilCtrlC()
   return isInterrupted && isCancelled ? ExitInterrupted : ExitFailure;
 }
 
+/// What runs on the terminal. Answers the exit code.
+int LoadUntilCtrlC()
+{
+  const InterruptScope interrupt;
+  PanelStage stage;
+  const auto part = stage.AddPart("gear", [](memkernel::LoadContext& context) {
+    while (!context.IsCanceled()) {
+      std::this_thread::sleep_for(1ms);
+    }
+    return zelk::ShapeDataNone;
+  });
+  Options options;
+  options.filter.text = "bolt";
+  Panel panel(stage.GetWorld(), stage.stage, options);
+  const bool isInterrupted = !panel.Settle();
+  return isInterrupted && !panel.IsFiltering() ? ExitInterrupted : ExitFailure;
+}
+
 /// A process on a terminal of its own.
 class OnATerminal {
 public:
@@ -109,6 +127,19 @@ TEST(CtrlC, WhileAFilterIsAtWork_CancelsItAndLeavesTheTerminalClean)
 
   EXPECT_EQ(child.WaitForExitCode(), ExitInterrupted);
   // The terminal itself echoes the key.
+  EXPECT_EQ(rest.substr(rest.size() - std::min<std::size_t>(rest.size(), 4)), "\r\x1B[K");
+}
+
+TEST(CtrlC, WhileShapesAreLoaded_EndsThemAndLeavesTheTerminalClean)
+{
+  OnATerminal child(LoadUntilCtrlC);
+  ASSERT_TRUE(child.HasBegun());
+  EXPECT_EQ(child.ReadUpTo("Loading shapes 0%"), "\r\x1B[KLoading shapes 0%");
+
+  child.PressCtrlC();
+  const std::string rest = child.ReadUpTo("");
+
+  EXPECT_EQ(child.WaitForExitCode(), ExitInterrupted);
   EXPECT_EQ(rest.substr(rest.size() - std::min<std::size_t>(rest.size(), 4)), "\r\x1B[K");
 }
 

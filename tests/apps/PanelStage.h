@@ -1,7 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "Panel.h"
 #include "memkernel/World.h"
@@ -30,6 +33,15 @@ public:
 
   [[nodiscard]] memkernel::Tree& GetTree() const { return m_world->GetMemTree(); }
   [[nodiscard]] const du::SmartPtr<memkernel::World>& GetWorld() const { return m_world; }
+
+  /// A part below the pump, shown in the scene, whose shape is loaded by `work`.
+  du::SmartPtr<memkernel::Instance> AddPart(const char* name, memkernel::Shape::Work work)
+  {
+    const auto shape = du::MakeSmart<memkernel::Shape>(std::move(work));
+    const auto part = GetTree().AddChild(pump, GetTree().CreateProduct({.name = name, .shape = shape}));
+    EXPECT_TRUE(stage.GetScene(1)->CreateShapeInstance(part));
+    return part;
+  }
 
   [[nodiscard]] static std::string TextOf(const Panel& panel)
   {

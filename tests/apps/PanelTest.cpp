@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "PanelStage.h"
 
@@ -44,6 +46,54 @@ TEST_F(PanelTest, FilterOfTheOptions_IsThereOnceThePanelHasSettled)
             "pump\n"
             "`- set\n"
             "   `- bolt\n");
+}
+
+TEST_F(PanelTest, ShapesOfTheScene_AreLoadedInOneWaveOnceThePanelHasSettled)
+{
+  const auto load = [](memkernel::LoadContext&) { return zelk::ShapeDataLoaded; };
+  const auto gear = stage.AddPart("gear", load);
+  const auto wheel = stage.AddPart("wheel", load);
+  const auto panel = Open({}, true);
+  EXPECT_TRUE(panel->IsLoading());
+  static_cast<void>(panel->TakeTrace());
+
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_FALSE(panel->IsLoading());
+  const std::string trace = panel->TakeTrace();
+  EXPECT_EQ(trace.find("UpdateVisAndTypeIconChanges"), 0U);
+  EXPECT_EQ(std::count(trace.begin(), trace.end(), '\n'), 1);
+  EXPECT_NE(trace.find("gear: hidden -> visible"), std::string::npos) << trace;
+  EXPECT_NE(trace.find("wheel: hidden -> visible"), std::string::npos) << trace;
+}
+
+TEST_F(PanelTest, FilterOfTheOptions_WaitsForTheShapesAndSeesWhichHaveFailed)
+{
+  stage.AddPart("gear", [](memkernel::LoadContext&) { return zelk::ShapeDataFailed; });
+
+  const auto panel = Open({.issues = true});
+  EXPECT_FALSE(panel->IsFiltering());
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_EQ(panel->GetFilter(), FilterSettings{.issues = true});
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "`- gear\n");
+}
+
+TEST_F(PanelTest, End_WhileShapesAreLoaded_LeavesThemToTheEndOfTheWorld)
+{
+  stage.AddPart("gear", [](memkernel::LoadContext& context) {
+    while (!context.IsCanceled()) {
+      std::this_thread::yield();
+    }
+    return zelk::ShapeDataNone;
+  });
+  auto panel = Open();
+
+  panel.reset();
+
+  EXPECT_EQ(stage.GetWorld()->GetMemLoader().GetLoadCount(), 1U);
 }
 
 TEST_F(PanelTest, SceneOfTheView_IsWhatAFilterForTheVisibleLooksAt)

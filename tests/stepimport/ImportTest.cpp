@@ -280,8 +280,8 @@ TEST_F(ImportIntoTree, FillTree_OfMoreInstancesThanATreeTakes_AddsNothing)
     assembly.products[i].occurrences = {{"a", i + 1}, {"b", i + 1}};
   }
 
-  EXPECT_FALSE(stepimport::FillTree(assembly, *m_tree, {}));
-  EXPECT_FALSE(stepimport::FillTree({}, *m_tree, {}));
+  EXPECT_FALSE(stepimport::FillTree(assembly, {}, *m_tree, {}));
+  EXPECT_FALSE(stepimport::FillTree({}, {}, *m_tree, {}));
   EXPECT_EQ(CountTree(), 0U);
   EXPECT_EQ(m_observer->calls, 0);
 }

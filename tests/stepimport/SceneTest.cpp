@@ -92,14 +92,14 @@ protected:
   ImportResult m_read;
 };
 
-TEST_F(Scene, Import_GivesShapesToWhatHasGeometry)
+TEST_F(Scene, Import_GivesShapesThatAreToBeLoadedToWhatHasGeometry)
 {
   ReadFile();
 
   ASSERT_TRUE(m_read.ok) << m_read.error;
   const auto bolt = Find({"bolt:1"})->GetProduct()->GetShape();
   ASSERT_TRUE(bolt);
-  EXPECT_EQ(bolt->GetDataStatus(), zelk::ShapeDataLoaded);
+  EXPECT_EQ(bolt->GetDataStatus(), zelk::ShapeDataNone);
   EXPECT_FALSE(bolt->IsFromTrask());
   EXPECT_EQ(Find({"valve:1", "bolt:2"})->GetProduct()->GetShape(), bolt);
   EXPECT_FALSE(Find({"empty:1"})->GetProduct()->GetShape());
@@ -131,7 +131,7 @@ TEST_F(Scene, Import_OfBodies_GivesEachAShapeOfItsOwn)
   ASSERT_TRUE(part);
   ASSERT_TRUE(body);
   EXPECT_NE(part, body);
-  EXPECT_EQ(body->GetDataStatus(), zelk::ShapeDataLoaded);
+  EXPECT_EQ(body->GetDataStatus(), zelk::ShapeDataNone);
 }
 
 TEST_F(Scene, OpenScene_ShowsAllThatHasAShapeSource)
@@ -141,10 +141,10 @@ TEST_F(Scene, OpenScene_ShowsAllThatHasAShapeSource)
   const OpenedScene opened = OpenScene(*m_world);
 
   EXPECT_EQ(opened.scene->GetShapeInstanceCount(), 4U);
-  EXPECT_EQ(GetStatus(opened, Find({"bolt:1"})), zelk::ShapeDataLoaded);
+  EXPECT_EQ(GetStatus(opened, Find({"bolt:1"})), zelk::ShapeDataNone);
   EXPECT_EQ(GetStatus(opened, Find({"torn:1"})), zelk::ShapeDataFailed);
-  EXPECT_EQ(GetStatus(opened, Find({"valve:1", "bolt:2"})), zelk::ShapeDataLoaded);
-  EXPECT_EQ(GetStatus(opened, Find({"valve:1", "bolt:3"})), zelk::ShapeDataLoaded);
+  EXPECT_EQ(GetStatus(opened, Find({"valve:1", "bolt:2"})), zelk::ShapeDataNone);
+  EXPECT_EQ(GetStatus(opened, Find({"valve:1", "bolt:3"})), zelk::ShapeDataNone);
   EXPECT_EQ(GetStatus(opened, Find({"empty:1"})), s_none);
   EXPECT_EQ(GetStatus(opened, Find({"valve:1"})), s_none);
   EXPECT_EQ(GetStatus(opened, m_read.instance), s_none);
