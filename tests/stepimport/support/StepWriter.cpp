@@ -72,6 +72,27 @@ void StepWriter::AddDamagedSolid(Definition product)
   _AddGeometry(product, "ADVANCED_BREP_SHAPE_REPRESENTATION", _Add("MANIFOLD_SOLID_BREP('',$)"));
 }
 
+int StepWriter::MakeTriangles(const std::vector<std::string>& corners)
+{
+  const int plane = _Add("PLANE('',#11)");
+  const int second = _Add("CARTESIAN_POINT('',(1.,0.,0.))");
+  std::string faces;
+  for (const std::string& corner : corners) {
+    const int third = _Add("CARTESIAN_POINT('',(" + corner + ",0.))");
+    const int loop = _Add("POLY_LOOP('',(#8," + _Ref(second) + ',' + _Ref(third) + "))");
+    const int bound = _Add("FACE_OUTER_BOUND(''," + _Ref(loop) + ",.T.)");
+    const int face = _Add("FACE_SURFACE('',(" + _Ref(bound) + ")," + _Ref(plane) + ",.T.)");
+    faces += (faces.empty() ? "" : ",") + _Ref(face);
+  }
+  const int shell = _Add("OPEN_SHELL('',(" + faces + "))");
+  return _Add("SHELL_BASED_SURFACE_MODEL('',(" + _Ref(shell) + "))");
+}
+
+void StepWriter::AddSurface(Definition product, int surface)
+{
+  _AddGeometry(product, "MANIFOLD_SURFACE_SHAPE_REPRESENTATION", surface);
+}
+
 void StepWriter::_AddGeometry(Definition product, const std::string& type, int item)
 {
   const int geometry = _Add(type + "('',(#11," + _Ref(item) + "),#7)");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace stepimporttest {
 
@@ -30,6 +31,12 @@ public:
   void AddEdge(Definition product);
   /// Gives the product a solid that has no surface.
   void AddDamagedSolid(Definition product);
+
+  /// A surface of triangles in the plane of x and y, by the number of its entity. They have the corners (0,0) and
+  /// (1,0); the third one of each is given as "x,y". Nothing can be made of a triangle whose corners stand in one line.
+  int MakeTriangles(const std::vector<std::string>& corners);
+  /// Gives the product this surface as its geometry, which other products may have as well.
+  void AddSurface(Definition product, int surface);
 
   [[nodiscard]] std::string GetText() const;
 
