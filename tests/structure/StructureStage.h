@@ -65,9 +65,11 @@ public:
 
 /// A structure panel on a tree, in a world whose jobs run and end step by step. Nothing is populated or recorded, and
 /// no filter made, at the start. The display switches are put back at the end.
+///
+/// Filters spare the root, which is not displayed, and with it what is right below: a tree has one instance there.
 class StructureStage {
 public:
-  explicit StructureStage(std::string_view treeText = "root[plate[nut1 bolt] nut2 nut3]",
+  explicit StructureStage(std::string_view treeText = "root[plate[nut1 bolt frame[nut2 nut3]]]",
                           bool allowResultsFilter = true)
       : kernel(treeText), state(du::MakeSmart<OpenStructureState>(*gui, allowResultsFilter))
   {
