@@ -107,6 +107,8 @@ private:
   void _TellOfFirstFilter(const du::SmartPtr<zelk::View>& view);
   void _WriteList(FilteredTree& tree, const FilteredTree::Node& node,
                   const du::SmartPtr<TreeSelectionController>& controller);
+  /// False for what a host has removed, or overtaken by another population, since the result began to be shown.
+  [[nodiscard]] bool _IsRowDue(const zelk::BaseInstance* instance) const;
   void _MarkSiblings();
 
   /// Owned.

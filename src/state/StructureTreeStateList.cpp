@@ -87,7 +87,9 @@ void StructureTreeState::_VisitFilteredTreeNode(FilteredTree::Node* node,
     return;
   }
   if (node && !node->parent && IsMatchedFilterEmpty()) {
-    GetGuiTree().GetGuiInterface()->InstanceCreate(node, selController, false);
+    if (_IsRowDue(node->instance)) {
+      GetGuiTree().GetGuiInterface()->InstanceCreate(node, selController, false);
+    }
     return;
   }
   TreeStateBase::_VisitFilteredTreeNode(node, selController);
@@ -113,19 +115,24 @@ void StructureTreeState::_WriteList(FilteredTree& tree, const FilteredTree::Node
   const Pins pins(this, &GetGuiTree());
   const std::vector<Instance> items = ListCreatedItems(tree, _GetCurrentFilter());
   const Instance listParent(node.instance);
+  if (!_IsRowDue(listParent.Get())) {
+    return;
+  }
   if (tree.IsContainItem(listParent)) {
     _InstanceCreate(listParent, nullptr, controller);
   } else {
     GetGuiTree().GetGuiInterface()->InstanceCreate(listParent, nullptr, controller, false);
   }
   for (const Instance& item : items) {
-    if (_IsVisitOvertaken()) {
-      return;
-    }
-    if (item && !_HasGoneMeanwhile(item.Get()) && !IsRoot(*item)) {
+    if (item && _IsRowDue(item.Get()) && !IsRoot(*item)) {
       _InstanceCreate(item, listParent, controller);
     }
   }
+}
+
+bool StructureTreeState::_IsRowDue(const zelk::BaseInstance* instance) const
+{
+  return !_IsVisitOvertaken() && !_HasGoneMeanwhile(instance);
 }
 
 }  // namespace guitree
