@@ -211,6 +211,7 @@ du::SmartPtr<FilteredTree> StructureTreeState::_GetResult() const
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void StructureTreeState::SetResultsComps(du::SmartPtr<structure_utils::TreeResultsList> results)
 {
+  const Pin self(this);
   resultsComps = results;
   const zelremote::StructureFilterInfo* const filter = GetStructureFilter();
   if (filter && filter->resultsListLive && filter->useResultsList) {

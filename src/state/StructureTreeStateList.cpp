@@ -98,11 +98,12 @@ void StructureTreeState::_VisitFilteredTreeNode(FilteredTree::Node* node,
 bool StructureTreeState::ApplyFilterAsList(FilteredTree::Node* node,
                                            const du::SmartPtr<TreeSelectionController>& controller)
 {
+  const Pin self(this);
   if (!IsDoingFilterAsList()) {
     return false;
   }
   const du::SmartPtr<FilteredTree> tree = _GetResult();
-  if (!tree || !node || IsPlaceholder(node)) {
+  if (!tree || !node || IsPlaceholder(node) || !_HasGuiTree()) {
     return true;
   }
   _WriteList(*tree, *node, controller);
@@ -112,7 +113,7 @@ bool StructureTreeState::ApplyFilterAsList(FilteredTree::Node* node,
 void StructureTreeState::_WriteList(FilteredTree& tree, const FilteredTree::Node& node,
                                     const du::SmartPtr<TreeSelectionController>& controller)
 {
-  const Pins pins(this, &GetGuiTree());
+  const Pin panel(&GetGuiTree());
   const std::vector<Instance> items = ListCreatedItems(tree, _GetCurrentFilter());
   const Instance listParent(node.instance);
   if (!_IsRowDue(listParent.Get())) {
