@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "du/HashMap.h"
@@ -101,7 +101,8 @@ private:
   [[nodiscard]] bool _RecordFinishedLoad(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeInstance>& shapeInstance);
   void _DeliverWave();
   void _CancelLoad(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance);
-  void _ForgetLoad(const WTShapeLoaderEvent& event);
+  /// An event ends.
+  void _ForgetLoad(WTShapeLoaderEvent& event);
 
   static bool s_bShowBodies;
   static bool s_bCollapseInstances;
@@ -111,8 +112,8 @@ private:
   /// Not owned: an event that ends takes itself out.
   PendingLoads pendingLoads{100};
   du::Stopwatch::StopwatchEntry stopwatch{"", du::Stopwatch::InitStopped};
-  /// Answers this object for as long as it lives, for events that no map knows any more.
-  const std::shared_ptr<WorldTreeState*> m_liveness = std::make_shared<WorldTreeState*>(this);
+  /// All that live, also those that no map knows: completed ones, and the second one of a shape instance.
+  std::unordered_set<WTShapeLoaderEvent*> m_liveLoads;
 };
 
 }  // namespace guitree

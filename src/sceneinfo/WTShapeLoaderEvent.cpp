@@ -6,15 +6,15 @@ namespace guitree {
 
 WTShapeLoaderEvent::WTShapeLoaderEvent(WorldTreeState& state, const du::SmartPtr<zelk::ShapeInstance>& loadedInstance,
                                        const du::SmartPtr<zelk::ShapeScene>& scene)
-    : treeState(&state), shapeInstance(loadedInstance), shapeScene(scene), m_livingState(state.m_liveness)
+    : treeState(&state), shapeInstance(loadedInstance), shapeScene(scene)
 {
+  state.m_liveLoads.insert(this);
 }
 
 WTShapeLoaderEvent::~WTShapeLoaderEvent()
 {
-  // A kernel that ends lets go of events without completing them.
-  if (WorldTreeState* state = _GetLiveState()) {
-    state->_ForgetLoad(*this);
+  if (treeState) {
+    treeState->_ForgetLoad(*this);
   }
 }
 
@@ -26,16 +26,11 @@ du::Symbol WTShapeLoaderEvent::GetObjectClass() const
 
 void WTShapeLoaderEvent::OnComplete(unsigned short /*status*/)
 {
-  if (WorldTreeState* state = _GetLiveState()) {
-    state->WTShapeLoaderEventComplete(this);
+  if (treeState) {
+    treeState->WTShapeLoaderEventComplete(this);
   }
   shapeInstance.Reset();
   shapeScene.Reset();
-}
-
-WorldTreeState* WTShapeLoaderEvent::_GetLiveState() const noexcept
-{
-  return treeState ? *m_livingState : nullptr;
 }
 
 }  // namespace guitree

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "du/SmartPtr.h"
 #include "zelk/ShapeInstance.h"
 #include "zelk/ShapeScene.h"
@@ -11,8 +9,8 @@ namespace guitree {
 
 class WorldTreeState;
 
-/// The load of one shape that a `WorldTreeState` has asked for. Lives until it has completed; the state may end before
-/// that. Owner's thread.
+/// The load of one shape that a `WorldTreeState` has asked for. Lives until it has completed; the state, which knows
+/// each event that lives, may end before that. Owner's thread.
 class WTShapeLoaderEvent : public zelloader::ShapeLoaderEvent {
 public:
   WTShapeLoaderEvent(WorldTreeState& state, const du::SmartPtr<zelk::ShapeInstance>& loadedInstance,
@@ -31,11 +29,6 @@ public:
 
 protected:
   void OnComplete(unsigned short status) override;
-
-private:
-  [[nodiscard]] WorldTreeState* _GetLiveState() const noexcept;
-
-  const std::shared_ptr<WorldTreeState* const> m_livingState;
 };
 
 }  // namespace guitree

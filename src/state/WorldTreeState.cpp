@@ -38,8 +38,7 @@ WorldTreeState::WorldTreeState(GuiTree& tree) : TreeStateBase(tree) {}
 
 WorldTreeState::~WorldTreeState()
 {
-  *m_liveness = nullptr;
-  for (const auto& [shapeInstance, event] : pendingLoads) {
+  for (WTShapeLoaderEvent* const event : m_liveLoads) {
     event->treeState = nullptr;
   }
   if (treeObserver) {

@@ -246,8 +246,10 @@ void WorldTreeState::_CancelLoad(const du::SmartPtr<zelk::ShapeInstance>& shapeI
   event->Cancel();
 }
 
-void WorldTreeState::_ForgetLoad(const WTShapeLoaderEvent& event)
+void WorldTreeState::_ForgetLoad(WTShapeLoaderEvent& event)
 {
+  m_liveLoads.erase(&event);
+  // A kernel that ends lets go of events without completing them.
   const auto load = pendingLoads.find(event.shapeInstance);
   if (load != pendingLoads.end() && load->second == &event) {
     pendingLoads.erase(event.shapeInstance);
