@@ -136,6 +136,9 @@ bool WorldTreeState::UpdateSceneInfoLog_OnShapeInstanceRemove(SceneInfoLog* log,
   const Pins pins(this, &GetGuiTree());
   _CancelLoad(shapeInstance);
   const du::SmartPtr<zelk::Instance> instance = GetInstanceOf(*shapeInstance);
+  if (!instance) {
+    return false;
+  }
   log->SetLoaded(instance.Get(), false);
   log->SetVisible(instance.Get(), CompHidden, true);
   const du::SmartPtr<zelk::ShapeScene> scene = log->GetShapeScene();
@@ -155,6 +158,9 @@ void WorldTreeState::UpdateSceneInfoLog_OnShapeInstanceVisibility(
     SceneInfoLog* log, const du::SmartPtr<zelk::ShapeInstance>& shapeInstance, bool visible)
 {
   const du::SmartPtr<zelk::Instance> instance = GetInstanceOf(*shapeInstance);
+  if (!instance) {
+    return;
+  }
   const bool isShown = visible && shapeInstance->GetShapeDataStatus(s_geometry) == zelk::ShapeDataLoaded;
   log->SetVisible(instance.Get(), GetPlainVisibility(*shapeInstance, isShown), true);
 }
@@ -162,8 +168,9 @@ void WorldTreeState::UpdateSceneInfoLog_OnShapeInstanceVisibility(
 void WorldTreeState::UpdateSceneInfoLog_OnInstanceCompared(SceneInfoLog* log,
                                                            const du::SmartPtr<zelk::ShapeInstance>& shapeInstance)
 {
-  const du::SmartPtr<zelk::Instance> instance = GetInstanceOf(*shapeInstance);
-  log->SetCompared(instance.Get(), shapeInstance->IsCompared(), shapeInstance->IsComparedFirstItem());
+  if (const du::SmartPtr<zelk::Instance> instance = GetInstanceOf(*shapeInstance)) {
+    log->SetCompared(instance.Get(), shapeInstance->IsCompared(), shapeInstance->IsComparedFirstItem());
+  }
 }
 
 void WorldTreeState::WTShapeLoaderEventComplete(WTShapeLoaderEvent* event)
@@ -202,6 +209,9 @@ void WorldTreeState::_RecordWave()
 bool WorldTreeState::_RecordFinishedLoad(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeInstance>& shapeInstance)
 {
   const du::SmartPtr<zelk::Instance> instance = GetInstanceOf(*shapeInstance);
+  if (!instance) {
+    return false;
+  }
   switch (shapeInstance->GetShapeDataStatus(s_geometry)) {
     case zelk::ShapeDataPartial:
     case zelk::ShapeDataLoaded:

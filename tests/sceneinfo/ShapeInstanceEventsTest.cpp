@@ -162,17 +162,30 @@ TEST_F(ShapeInstanceEvents, AComparison_HasTheIconWorkedOutAgainWithoutItsLoaded
   EXPECT_THAT(log.calls, IsEmpty());
 }
 
-TEST_F(ShapeInstanceEvents, AnythingButTheCreationRelyOnTheKernelForAnInstanceAndChangeNothingWithoutOne)
+TEST_F(ShapeInstanceEvents, WithoutATreeInstance_AreSkipped)
 {
   const auto shapeInstance = du::MakeSmart<PlainShapeInstance>(nullptr);
   shapeInstance->status = zelk::ShapeDataLoaded;
+  panel.host.answers.hasTypeIconChangedOnShapeInstanceRemove = true;
 
   EXPECT_FALSE(Remove(shapeInstance));
   panel.state->UpdateSceneInfoLog_OnShapeInstanceVisibility(&log, shapeInstance, true);
   panel.state->UpdateSceneInfoLog_OnInstanceCompared(&log, shapeInstance);
 
+  EXPECT_THAT(log.calls, IsEmpty());
   EXPECT_THAT(log.GetVisibleMap(), IsEmpty());
   EXPECT_THAT(log.GetTypeIconChangeMap(), IsEmpty());
+}
+
+TEST_F(ShapeInstanceEvents, ARemovalWithoutATreeInstance_StillCancelsTheLoad)
+{
+  const auto shapeInstance = Make("a", zelk::ShapeDataNone);
+  EXPECT_FALSE(Create(shapeInstance));
+  shapeInstance->instance.Reset();
+
+  EXPECT_FALSE(Remove(shapeInstance));
+
+  EXPECT_TRUE(loader.Requests()[0].event->IsCanceled());
 }
 
 TEST_F(ShapeInstanceEvents, TheRemovalOfAScene_CancelsAllItsLoadsAndNoOthers)

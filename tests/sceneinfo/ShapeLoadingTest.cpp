@@ -312,14 +312,17 @@ TEST_F(ShapeLoading, TwoLoadsOfOneShapeInstance_EndTheWaveWithTheFirst)
   EXPECT_THAT(panel.host.TakeCalls(), ElementsAre(testing::HasSubstr("visibleChanges={}")));
 }
 
-TEST_F(ShapeLoading, ALoadWhoseTreeInstanceHasGone_ChangesNothing)
+TEST_F(ShapeLoading, ALoadWhoseTreeInstanceHasGone_IsSkipped)
 {
-  const ShapeInstance a = Create("a");
-  a->instance.Reset();
+  for (const zelk::ShapeDataStatus status : {zelk::ShapeDataLoaded, zelk::ShapeDataFailed}) {
+    const ShapeInstance a = Create("a");
+    a->instance.Reset();
 
-  End(0, a, zelk::ShapeDataLoaded);
+    End(loader.Requests().size() - 1, a, status);
 
-  EXPECT_FALSE(HasChanges(GetLog(scene)));
+    EXPECT_FALSE(HasChanges(GetLog(scene)));
+    EXPECT_THAT(panel.host.TakeCalls(), testing::IsEmpty());
+  }
 }
 
 }  // namespace

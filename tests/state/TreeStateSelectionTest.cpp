@@ -283,6 +283,50 @@ TEST(TreeStateHighlight, AColourChange_WithUnchangedHighlightsBracketsNothing)
   EXPECT_THAT(panel.host.TakeCalls(), ElementsAre("StartTreeUpdate()", "FinishTreeUpdate()"));
 }
 
+TEST(TreeStateHighlight, AColourChange_AddsWhatIsMissingAndTakesNothingAway)
+{
+  Panel panel("root[a b]");
+  panel.UseSelController()->highlighted = {panel.kernel["b"]};
+  Fill(panel);
+  panel.state->SetAssocHlight(panel.kernel["b"].Get(), false);
+  panel.state->SetAssocHlight(panel.kernel["a"].Get(), true);
+  static_cast<void>(panel.host.TakeCalls());
+
+  panel.state->OnAssocHlightColorChange();
+
+  EXPECT_THAT(panel.host.TakeCalls(),
+              ElementsAre("StartTreeUpdate()", "SetAssocHlight(b, on=true) -> false", "FinishTreeUpdate()"));
+  EXPECT_TRUE(panel.state->IsAssocHlight(panel.kernel["a"].Get()));
+}
+
+TEST(TreeStateHighlight, AnInstanceWithoutARow_IsHighlightedAllTheSame)
+{
+  Panel panel("root[a]");
+  panel.state->hidden = {panel.kernel["a"].Get()};
+  Fill(panel);
+
+  EXPECT_TRUE(panel.state->OnAssocHlightChanged(false, {}, {MakeItem(panel, "a")}));
+
+  EXPECT_THAT(panel.host.TakeCalls(), testing::Contains("SetAssocHlight(a, on=true) -> false"));
+  EXPECT_TRUE(panel.state->IsAssocHlight(panel.kernel["a"].Get()));
+}
+
+TEST(TreeStateSelection, AFilterThatShowsTheSelection_CountsAlsoWhileItIsOff)
+{
+  Panel panel("root[a]");
+  Fill(panel);
+  FilterTheSelectionDynamically(panel);
+  panel.state->filter.isFiltering = false;
+  panel.host.answers.isTreeVisibleInUI = false;
+
+  ReportAllSelectionChanges(panel);
+  EXPECT_FALSE(panel.state->GetSelectionNeedsUpdating());
+
+  panel.state->OnEndUpdate();
+  EXPECT_TRUE(panel.state->GetSelectionNeedsUpdating());
+  EXPECT_THAT(panel.host.TakeCalls(), ElementsAre("IsTreeVisibleInUI() -> false"));
+}
+
 TEST(TreeStateHighlight, WithoutAController_AnUpdateLeavesTheRecord)
 {
   Panel panel("root[a]");
