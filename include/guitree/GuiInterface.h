@@ -165,7 +165,10 @@ public:
   /// Whether the panel is on the screen. While it is not, the library defers its work; hosts change their answer before
   /// they call `TreeStateBase::MadeVisible(true)`. True by default.
   [[nodiscard]] virtual bool IsTreeVisibleInUI() const;
-  /// A control for the progress of a filter job; null, the default, for none.
+  /// A control for the progress of a filter job; null, the default, for none. The event may be kept, listened to and
+  /// cancelled, at any time. It must not be completed: the worker does that, with its last touch of the job, and a host
+  /// that comes before it takes the job away from under a worker that reads on. Completed inside this call, or inside
+  /// any other that comes before the job is there, it leaves the panel without one.
   virtual du::SmartPtr<zelk::ProgressCtrl> CreateFilterProgressCtrl(const du::SmartPtr<zelk::AsyncEvent>& event);
   /// The branch of this node can be opened.
   virtual void FilterNodeCreate(FilteredTree::Node* node);

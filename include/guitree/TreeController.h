@@ -33,9 +33,9 @@ public:
   void RemoveObserver(du::SmartPtr<FilterObserverBase> observer);
 
   /// Cancels all jobs under way, which leave only by completing, and starts one for the current tree of the `GuiTree`;
-  /// without a tree, or a managed object to complete it, there is none, and no word of it. Without
-  /// a task pool it ends by itself, with an empty result; one that a pool refuses, as it may when its world ends, stays
-  /// under way. The filter is duplicated.
+  /// without a tree, or a managed object to complete it, there is none, and no word of it; neither
+  /// is there one if its event has ended before this returns. Without a task pool it ends by itself, with an empty
+  /// result; one that a pool refuses, as it may when its world ends, stays under way. The filter is duplicated.
   /// `state`, which must not be null, and the host are asked for what the run needs before this returns. A request from
   /// inside one of these questions overtakes this one, which then leaves no result. Costs the number of jobs under
   /// way, the lists of the host and what the filter's `Duplicate` costs; not the size of the tree.
@@ -75,11 +75,12 @@ private:
   [[nodiscard]] bool _IsUnderWay(const du::SmartPtr<TCAsyncEvent>& event) const;
   void _Orphan(TCAsyncEvent& event) const;
   void _CancelAll();
-  void _ShowProgress(const du::SmartPtr<TCAsyncEvent>& event);
-  [[nodiscard]] du::SmartPtr<GenerateFilteredTreeTask> _MakeTask(structure_utils::TreeFilterInfoBase& filter,
-                                                                 TreeStateBase& state,
-                                                                 const du::SmartPtr<zelk::BaseTree>& tree,
-                                                                 const du::SmartPtr<TCAsyncEvent>& event);
+  static void _ShowProgress(const GuiTree& panel, const du::SmartPtr<TCAsyncEvent>& event);
+  [[nodiscard]] static du::SmartPtr<GenerateFilteredTreeTask> _MakeTask(const GuiTree& panel,
+                                                                        structure_utils::TreeFilterInfoBase& filter,
+                                                                        TreeStateBase& state,
+                                                                        const du::SmartPtr<zelk::BaseTree>& tree,
+                                                                        const du::SmartPtr<TCAsyncEvent>& event);
   void _TellObservers();
 
   /// The panel that this controller belongs to.

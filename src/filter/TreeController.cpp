@@ -87,11 +87,12 @@ void TreeController::RemoveObserver(
 
 void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filter, TreeStateBase* state)
 {
-  const Pins pins(guiTree, state);
+  const GuiTree& panel = *guiTree;
+  const Pins pins(&panel, state);
   const std::weak_ptr<const int> liveness = m_liveness;
   _CancelAll();
-  const du::SmartPtr<zelk::BaseTree> tree = guiTree->GetBaseTree();
-  const du::SmartPtr<dom::ManagedObject> manager = guiTree->GetManagedObject();
+  const du::SmartPtr<zelk::BaseTree> tree = panel.GetBaseTree();
+  const du::SmartPtr<dom::ManagedObject> manager = panel.GetManagedObject();
   if (!tree || !manager) {
     return;
   }
@@ -99,12 +100,13 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
   manager->ManageObject(event);
   events.push_back(event);
   const unsigned int request = ++m_requests;
-  _ShowProgress(event);
+  _ShowProgress(panel, event);
   if (liveness.expired()) {
     return;
   }
-  const auto task = _MakeTask(filter, *state, tree, event);
-  if (liveness.expired() || !_IsUnderWay(event)) {
+  const auto task = _MakeTask(panel, filter, *state, tree, event);
+  // The end of an event takes another turn of the loop to arrive, in which the worker would write what has been shown.
+  if (liveness.expired() || event->IsCompleted() || !_IsUnderWay(event)) {
     return;
   }
   if (request != m_requests) {
@@ -140,9 +142,9 @@ void TreeController::_CancelAll()
   }
 }
 
-void TreeController::_ShowProgress(const du::SmartPtr<TCAsyncEvent>& event)
+void TreeController::_ShowProgress(const GuiTree& panel, const du::SmartPtr<TCAsyncEvent>& event)
 {
-  const auto control = guiTree->GetGuiInterface()->CreateFilterProgressCtrl(event);
+  const auto control = panel.GetGuiInterface()->CreateFilterProgressCtrl(event);
   const du::SmartPtr<zelk::World> world = zelk::World::GetWorld();
   const du::SmartPtr<zelk::ProgressController> progress = world ? world->GetProgressController() : nullptr;
   if (control && progress) {
@@ -150,7 +152,8 @@ void TreeController::_ShowProgress(const du::SmartPtr<TCAsyncEvent>& event)
   }
 }
 
-du::SmartPtr<GenerateFilteredTreeTask> TreeController::_MakeTask(structure_utils::TreeFilterInfoBase& filter,
+du::SmartPtr<GenerateFilteredTreeTask> TreeController::_MakeTask(const GuiTree& panel,
+                                                                 structure_utils::TreeFilterInfoBase& filter,
                                                                  TreeStateBase& state,
                                                                  const du::SmartPtr<zelk::BaseTree>& tree,
                                                                  const du::SmartPtr<TCAsyncEvent>& event)
@@ -159,8 +162,8 @@ du::SmartPtr<GenerateFilteredTreeTask> TreeController::_MakeTask(structure_utils
   const bool isRootDisplayed = state.GetDisplayRoot();
   const du::SmartPtr<TreeSelectionController> selection = state.GetSelController(false);
   // Whoever is asked may put another host in place, which takes the former one's lists along: each is read at once.
-  const InstancePointers list2 = Copy(guiTree->GetGuiInterface()->GetNonFilteredInsts2());
-  const InstancePointers list1 = Copy(guiTree->GetGuiInterface()->GetNonFilteredInsts1());
+  const InstancePointers list2 = Copy(panel.GetGuiInterface()->GetNonFilteredInsts2());
+  const InstancePointers list1 = Copy(panel.GetGuiInterface()->GetNonFilteredInsts1());
   return du::MakeSmart<GenerateFilteredTreeTask>(&state, filter, selection, additional, tree, &list1, &list2,
                                                  !isRootDisplayed, event.Get());
 }

@@ -1,0 +1,52 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "JobStage.h"
+
+namespace {
+
+using filtertest::JobStage;
+using filtertest::Show;
+using testing::IsEmpty;
+
+/// What state and host are asked before a job is there.
+const std::vector<std::string> s_questions{
+    "CreateFilterProgressCtrl", "GetAdditionalFilterInfo", "GetDisplayRoot",    "GetSelController(false)",
+    "GetNonFilteredInsts2",     "GetNonFilteredInsts1",    "CreateFilteredTree"};
+
+/// Runs inside the first question of that name.
+void Interfere(JobStage& stage, const std::string& question, const std::function<void()>& interfere)
+{
+  const auto onQuestion = [question, interfere, isFirst = std::make_shared<bool>(true)](const std::string& asked) {
+    if (asked.starts_with(question) && std::exchange(*isFirst, false)) {
+      interfere();
+    }
+  };
+  stage.host.onCall = onQuestion;
+  stage.state->onQuestion = onQuestion;
+}
+
+TEST(FilterJobNotStarted, OfAnEventThatTheHostEndsInsideAQuestion_IsInNoPoolAndLeavesNoResult)
+{
+  for (const std::string& question : s_questions) {
+    for (const bool isPlain : {true, false}) {
+      SCOPED_TRACE(question);
+      JobStage stage;
+      const auto observer = stage.AddObserver();
+      Interfere(stage, question, [&] {
+        const auto event = std::exchange(stage.host.events, {}).at(0);
+        isPlain ? event->Complete() : event->CompleteWithError("disk full", 7);
+      });
+
+      stage.Request();
+      EXPECT_THAT(stage.GetPool().waiting, IsEmpty());
+      stage.Finish();
+
+      EXPECT_THAT(observer->calls, IsEmpty());
+      EXPECT_FALSE(stage.GetController().IsBusy());
+      EXPECT_EQ(Show(stage.GetController().GetFilteredTree()), "no tree");
+    }
+  }
+}
+
+}  // namespace
