@@ -33,7 +33,7 @@ public:
   void RemoveObserver(du::SmartPtr<FilterObserverBase> observer);
 
   /// Cancels all jobs under way, which leave only by completing, and starts one for the current tree of the `GuiTree`;
-  /// without a tree, or a managed object to complete it, there is none, and no word of it; neither
+  /// without a tree, or a managed object with a message queue to complete it, there is none, and no word of it; neither
   /// is there one if its event has ended before this returns. Without a task pool it ends by itself, with an empty
   /// result; one that a pool refuses, as it may when its world ends, stays under way. The filter is duplicated.
   /// `state`, which must not be null, and the host are asked for what the run needs before this returns. A request from

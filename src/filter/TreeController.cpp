@@ -93,7 +93,7 @@ void TreeController::ApplyFilterToTree(structure_utils::TreeFilterInfoBase& filt
   _CancelAll();
   const du::SmartPtr<zelk::BaseTree> tree = panel.GetBaseTree();
   const du::SmartPtr<dom::ManagedObject> manager = panel.GetManagedObject();
-  if (!tree || !manager) {
+  if (!tree || !manager || !manager->GetMessageQueue()) {
     return;
   }
   const auto event = du::MakeSmart<TCAsyncEvent>(this);

@@ -49,4 +49,31 @@ TEST(FilterJobNotStarted, OfAnEventThatTheHostEndsInsideAQuestion_IsInNoPoolAndL
   }
 }
 
+/// Nobody could deliver the end of a job there.
+struct UnmanagedPanel : JobStage {
+  explicit UnmanagedPanel(const du::SmartPtr<dom::ManagedObject>& manager)
+  {
+    gui = du::MakeSmart<guitree::GuiTree>(manager);
+    state = du::MakeSmart<filtertest::JobState>(*gui);
+    state->baseTree = kernel.Get();
+    gui->SetGuiInterface(&host);
+    gui->SetTreeState(state);
+    gui->SetBaseTree(kernel.Get());
+    LetThrough({"b"});
+  }
+};
+
+TEST(FilterJobNotStarted, OnAPanelWithoutAManagerOrWithoutAQueue_AsksNobody)
+{
+  for (const auto& manager : {du::SmartPtr<dom::ManagedObject>(), du::MakeSmart<dom::ManagedObject>()}) {
+    UnmanagedPanel stage(manager);
+
+    stage.Request();
+
+    EXPECT_FALSE(stage.GetController().IsBusy());
+    EXPECT_THAT(stage.GetPool().waiting, IsEmpty());
+    EXPECT_THAT(stage.host.Calls(), IsEmpty());
+  }
+}
+
 }  // namespace

@@ -220,22 +220,6 @@ TEST(FilterJob, WithoutABaseTreeOnAnIdlePanel_IsNotStartedAndTellsNobody)
   EXPECT_THAT(stage.host.Calls(), IsEmpty());
 }
 
-TEST(FilterJob, OnAPanelThatNobodyManages_IsNotStarted)
-{
-  JobStage stage;
-  const auto gui = du::MakeSmart<guitree::GuiTree>(nullptr);
-  const auto state = du::MakeSmart<filtertest::JobState>(*gui);
-  gui->SetGuiInterface(&stage.host);
-  gui->SetTreeState(state);
-  gui->SetBaseTree(stage.kernel.Get());
-
-  gui->GetTreeController()->ApplyFilterToTree(state->filter, state.Get());
-
-  EXPECT_FALSE(gui->GetTreeController()->IsBusy());
-  EXPECT_THAT(stage.GetPool().waiting, IsEmpty());
-  EXPECT_THAT(stage.host.Calls(), IsEmpty());
-}
-
 TEST(FilterJob, WithoutWorkers_EndsWithoutAResult)
 {
   for (const bool hasWorld : {false, true}) {
