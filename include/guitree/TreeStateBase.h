@@ -1,6 +1,7 @@
 #pragma once
 
 #include <list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -120,6 +121,8 @@ public:
   /// nothing has come. False, without a host call, while a job runs, without a result, and for a path that leads
   /// nowhere or to a node without a placeholder. It works on the last result also after the filter has been turned off.
   /// Costs the new rows, the siblings that are searched along the path, and the children of the node and of its source.
+  /// From inside the visit of a result it makes its rows at once, and the visit does not make them again where the row
+  /// of the node stands already.
   virtual bool ExpandFilterNode(const std::list<zelk::BaseInstance*>& path);
 
   /// A change of the selection, in brackets of begin and end. While the panel is not visible only a flag is set: what
@@ -255,6 +258,8 @@ private:
                                 const du::SmartPtr<TreeSelectionController>& selController, bool& assocHlight);
   void _ShowResult(FilteredTree& tree, unsigned int population);
   void _VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population);
+  [[nodiscard]] bool _IsOpenedMeanwhile(const FilteredTree::Node* node) const;
+  void _NoteOpened(const std::list<FilteredTree::Node*>& branches, const du::SmartPtr<FilteredTree>& tree);
   void _NoteGone(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _ForgetShown(const du::SmartPtr<zelk::BaseInstance>& instance);
   void _CreateRows(const zelk::BaseTree& tree, unsigned int population);
@@ -271,6 +276,9 @@ private:
   unsigned int m_population = 0;
   /// The population that the visit of a filtered tree under way makes rows for; nothing while none is.
   std::optional<unsigned int> m_visitedPopulation;
+  /// Branches that the host has opened from inside that visit, which has their rows behind it: each with its tree, so
+  /// that no other node takes its address. Empty while no visit is under way.
+  std::map<const FilteredTree::Node*, du::SmartPtr<FilteredTree>> m_openedMeanwhile;
   /// What has left the tree since the population under way has gathered its instances; nothing while none is.
   std::optional<std::set<const zelk::BaseInstance*>> m_goneMeanwhile;
   /// Shared with the `GuiTree`, which puts null there when it ends.

@@ -1,5 +1,6 @@
 // How the result of a filter becomes rows.
 
+#include <map>
 #include <optional>
 #include <set>
 #include <utility>
@@ -20,9 +21,14 @@ namespace {
 class VisitScope {
 public:
   using Gone = std::optional<std::set<const zelk::BaseInstance*>>;
+  using Opened = std::map<const FilteredTree::Node*, du::SmartPtr<FilteredTree>>;
 
-  VisitScope(std::optional<unsigned int>& visited, unsigned int population, Gone& gone)
-      : m_visited(visited), m_outer(std::exchange(visited, population)), m_gone(gone), m_isOutermost(!gone)
+  VisitScope(std::optional<unsigned int>& visited, unsigned int population, Gone& gone, Opened& opened)
+      : m_visited(visited),
+        m_outer(std::exchange(visited, population)),
+        m_gone(gone),
+        m_opened(opened),
+        m_isOutermost(!gone)
   {
     if (m_isOutermost) {
       m_gone.emplace();
@@ -31,6 +37,9 @@ public:
   ~VisitScope()
   {
     m_visited = m_outer;
+    if (!m_outer) {
+      m_opened.clear();
+    }
     if (m_isOutermost) {
       m_gone.reset();
     }
@@ -42,6 +51,7 @@ private:
   std::optional<unsigned int>& m_visited;
   const std::optional<unsigned int> m_outer;
   Gone& m_gone;
+  Opened& m_opened;
   const bool m_isOutermost;
 };
 
@@ -86,7 +96,7 @@ void TreeStateBase::_ShowResult(FilteredTree& tree, unsigned int population)
 void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population)
 {
   const du::SmartPtr<TreeSelectionController> selController = GetSelController(true);
-  const VisitScope visit(m_visitedPopulation, population, m_goneMeanwhile);
+  const VisitScope visit(m_visitedPopulation, population, m_goneMeanwhile, m_openedMeanwhile);
   for (FilteredTree::Node* const branch : branches) {
     _VisitFilteredTreeNode(branch, selController);
   }
@@ -109,7 +119,9 @@ void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
   // What leaves the tree on the way leaves it with all that is below it.
   for (FilteredTree::Node* child = node->firstChild; child && !_HasGoneMeanwhile(node->instance);
        child = child->nextSibling) {
-    _VisitFilteredTreeNode(child, selController);
+    if (!_IsOpenedMeanwhile(child)) {
+      _VisitFilteredTreeNode(child, selController);
+    }
   }
 }
 
@@ -121,6 +133,24 @@ bool TreeStateBase::_IsVisitOvertaken() const noexcept
 bool TreeStateBase::_HasGoneMeanwhile(const zelk::BaseInstance* instance) const
 {
   return m_goneMeanwhile && m_goneMeanwhile->contains(instance);
+}
+
+bool TreeStateBase::_IsOpenedMeanwhile(const FilteredTree::Node* node) const
+{
+  return m_openedMeanwhile.contains(node);
+}
+
+void TreeStateBase::_NoteOpened(const std::list<FilteredTree::Node*>& branches, const du::SmartPtr<FilteredTree>& tree)
+{
+  if (!m_visitedPopulation) {
+    return;
+  }
+  for (const FilteredTree::Node* const branch : branches) {
+    // Without the row above them these rows have no place yet: the visit brings them there.
+    if (notFilteredSet.contains(branch->parent->instance)) {
+      m_openedMeanwhile.emplace(branch, tree);
+    }
+  }
 }
 
 void TreeStateBase::_InstanceCreate(FilteredTree::Node* node,
@@ -192,6 +222,7 @@ bool TreeStateBase::ExpandFilterNode(const std::list<zelk::BaseInstance*>& path)
     tree->ExpandNode(node->lastChild, &created);
   }
   _VisitBranches(created, population);
+  _NoteOpened(created, tree);
   _Gui().UpdateTreeTable();
   return true;
 }

@@ -181,6 +181,26 @@ TEST(ExpandFilterNode, FromInsideARowOfTheResult_LeavesTheWatchForWhatGoesToIt)
   EXPECT_THAT(stage.TakeRows(), ElementsAre("root", "a", "b", "...a", "d", "c"));
 }
 
+TEST(ExpandFilterNode, FromInsideTheRowThatItOpens_BringsTheRowsBelowItOnce)
+{
+  for (const std::string row : {"a", "b", "d"}) {
+    SCOPED_TRACE(row);
+    OpenedOnTheWay stage;
+    static_cast<void>(stage.host.TakeCalls());
+    stage.host.onCall = [&](const std::string& call) {
+      if (call.starts_with("InstanceCreate(node " + row + ",")) {
+        EXPECT_TRUE(stage.OpenBranch());
+      }
+    };
+
+    stage.Deliver();
+
+    std::vector<std::string> rows = stage.TakeRows();
+    std::erase(rows, "...a");
+    EXPECT_THAT(rows, testing::UnorderedElementsAre("root", "a", "b", "c", "d", "e", "f"));
+  }
+}
+
 TEST(ExpandFilterNode, FromInsideARowOfAResult_DoesNotReviveOneThatIsOvertaken)
 {
   OpenedOnTheWay stage;

@@ -53,6 +53,8 @@ void ShowCancelledJob(JobStage& stage)
 /// What is left after all calls in order: rows are what was made since the host was cleared last.
 struct Outcome {
   Rows rows;
+  /// A row that was made twice stands twice.
+  std::multiset<std::string> made;
   bool isCalculating = false;
   int openBrackets = 0;
 };
@@ -63,9 +65,10 @@ Outcome PlayBack(const std::vector<std::string>& calls)
   for (const std::string& call : calls) {
     if (call == "ClearTree()" || call == "Reset()") {
       outcome.rows.clear();
+      outcome.made.clear();
     } else if (call.starts_with("InstanceCreate(")) {
       const std::size_t begin = call.find("node ") == std::string::npos ? 15 : 20;
-      outcome.rows.insert(call.substr(begin, call.find(',') - begin));
+      outcome.made.insert(*outcome.rows.insert(call.substr(begin, call.find(',') - begin)).first);
     } else if (call.starts_with("InstanceRemove(")) {
       outcome.rows.erase(call.substr(15, call.find(',') - 15));
     } else if (call.starts_with("SetTreeCalculating")) {
@@ -317,6 +320,33 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, FilterReentrance,
                                                    },
                                                    Populate, s_filteredRows},
                                          Operation{"Expand", ShowCancelledJob, ExpandRoot, s_allRows}),
+                         [](const auto& operation) { return operation.param.name; });
+
+using CancelledFilterReentrance = FilterReentrance;
+
+TEST_P(CancelledFilterReentrance, AHostMayOpenTheRoot_WhoseRowsComeOnce)
+{
+  bool isOpened = false;
+  bool hadRoot = false;
+  int rowsInterrupted = 0;
+  InterfereAtEachCall(
+      [&](JobStage& stage) {
+        hadRoot = PlayBack(stage.host.Calls()).rows.contains("root");
+        isOpened = stage.state->ExpandFilterNode({stage.kernel["root"].Get()});
+      },
+      [&](JobStage&, const Outcome& outcome) {
+        EXPECT_EQ(outcome.rows, isOpened ? s_allRows : GetParam().rows);
+        // Rows that came before there was a row above them come again, to their place.
+        if (hadRoot) {
+          ++rowsInterrupted;
+          EXPECT_EQ(outcome.made, (std::multiset<std::string>(outcome.rows.begin(), outcome.rows.end())));
+        }
+      });
+  EXPECT_GT(rowsInterrupted, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAnyKind, CancelledFilterReentrance,
+                         testing::Values(Operation{"Populate", [](JobStage&) {}, ShowCancelledJob, {"root"}}),
                          [](const auto& operation) { return operation.param.name; });
 
 }  // namespace
