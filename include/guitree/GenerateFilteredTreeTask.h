@@ -23,8 +23,8 @@ class TreeStateBase;
 class GenerateFilteredTreeTask : public du::Task {
 public:
   /// Owner's thread. The filter is duplicated, and the two lists are read at once: the instances that the filter must
-  /// spare, ignored if it follows changes (`GetDynamicUpdate`). `addNonFilteredRoot` spares the root in any case. Each
-  /// pointer may be null; `event` is not owned and must outlive the run.
+  /// spare, ignored if it follows changes (`GetDynamicUpdate`). `addNonFilteredRoot` spares the root in any case, if
+  /// there is one. Each pointer may be null; `event` is not owned and must outlive the run.
   GenerateFilteredTreeTask(TreeStateBase* state, structure_utils::TreeFilterInfoBase& filterOfState,
                            du::SmartPtr<TreeSelectionController> selection, du::SmartPtr<du::RefCounted> additional,
                            const du::SmartPtr<zelk::BaseTree>& tree, const std::list<zelk::BaseInstance*>* list1,

@@ -35,7 +35,10 @@ GenerateFilteredTreeTask::GenerateFilteredTreeTask(
   if (addNonFilteredRoot && baseTree) {
     du::SmartPtr<zelk::BaseInstance> root;
     baseTree->GetBaseRoot(root);
-    notFilteredInsts.insert(root.Get());
+    // Nobody is spared where a root comes later: the filter was asked for without one.
+    if (root) {
+      notFilteredInsts.insert(root.Get());
+    }
   }
 }
 

@@ -257,6 +257,26 @@ TEST(GenerateFilteredTreeTask, SparesTheRootBesideTheLists)
   EXPECT_THAT(task->GetSpared(), UnorderedElementsAre("root", "c"));
 }
 
+TEST(GenerateFilteredTreeTask, OfATreeWhoseRootComesBeforeTheRun_SparesNobody)
+{
+  Parts parts;
+  const testsupport::NamedTree late("");
+  parts.tree = late.Get();
+  parts.addRoot = true;
+  parts.LetThrough("none");
+  int rootQuestions = 0;
+  parts.filter.filtersOutAtRoot = [&](const auto&) { return ++rootQuestions != 0; };
+  const auto task = parts.Make();
+  EXPECT_THAT(task->GetSpared(), IsEmpty());
+  const auto product = late.Get()->CreateProduct({.name = "part"});
+  late.Get()->AddChild(late.Get()->CreateRoot(product, "root"), product, "a");
+
+  task->Run();
+
+  EXPECT_EQ(rootQuestions, 0);
+  EXPECT_EQ(Show(task->GetFilteredTreeResult()), "root");
+}
+
 TEST(GenerateFilteredTreeTask, WithNothingToSpare_NeverAsksForThePositionOfTheRoot)
 {
   Parts parts;
