@@ -279,8 +279,9 @@ private:
   /// Branches that the host has opened from inside that visit, which has their rows behind it: each with its tree, so
   /// that no other node takes its address. Empty while no visit is under way.
   std::map<const FilteredTree::Node*, du::SmartPtr<FilteredTree>> m_openedMeanwhile;
-  /// What has left the tree since the population under way has gathered its instances; nothing while none is.
-  std::optional<std::set<const zelk::BaseInstance*>> m_goneMeanwhile;
+  /// What has left the tree since the population under way has gathered its instances, held so that no new instance
+  /// takes its address; nothing while none is.
+  std::optional<std::map<const zelk::BaseInstance*, du::SmartPtr<zelk::BaseInstance>>> m_goneMeanwhile;
   /// Shared with the `GuiTree`, which puts null there when it ends.
   std::shared_ptr<GuiTree* const> m_livingGuiTree;
 };

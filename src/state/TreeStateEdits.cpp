@@ -54,13 +54,13 @@ bool TreeStateBase::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& insta
 void TreeStateBase::_NoteGone(const du::SmartPtr<zelk::BaseInstance>& instance)
 {
   // A kernel that tells of those below as well tells of what is known by then.
-  if (!m_goneMeanwhile || !m_goneMeanwhile->insert(instance.Get()).second || !instance->HasChildren()) {
+  if (!m_goneMeanwhile || !m_goneMeanwhile->emplace(instance.Get(), instance).second || !instance->HasChildren()) {
     return;
   }
   std::set<du::SmartPtr<zelk::BaseInstance>> all;
   zelk::BaseInstance::GetInstancesAndDescendents({instance}, all);
   for (const auto& gone : all) {
-    m_goneMeanwhile->insert(gone.Get());
+    m_goneMeanwhile->emplace(gone.Get(), gone);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <utility>
 
 #include "facade/Pin.h"
@@ -20,7 +19,7 @@ namespace {
 /// another one, which goes on afterwards: both see what leaves the tree meanwhile.
 class VisitScope {
 public:
-  using Gone = std::optional<std::set<const zelk::BaseInstance*>>;
+  using Gone = std::optional<std::map<const zelk::BaseInstance*, du::SmartPtr<zelk::BaseInstance>>>;
   using Opened = std::map<const FilteredTree::Node*, du::SmartPtr<FilteredTree>>;
 
   VisitScope(std::optional<unsigned int>& visited, unsigned int population, Gone& gone, Opened& opened)

@@ -201,6 +201,36 @@ TEST(ExpandFilterNode, FromInsideTheRowThatItOpens_BringsTheRowsBelowItOnce)
   }
 }
 
+TEST(ExpandFilterNode, FromInsideARowOfTheResult_ShowsWhatTakesThePlaceOfWhatHasGone)
+{
+  JobStage stage("root");
+  const auto root = stage.kernel["root"];
+  const auto& tree = stage.kernel.Get();
+  const auto product = tree->CreateProduct({.name = "part"});
+  stage.LetThrough({});
+  stage.state->filter.onAsked = [&](auto&&...) { stage.host.events.at(0)->Cancel(); };
+  stage.state->PopulateTree(false);
+  stage.host.onCall = [&](const std::string& call) {
+    if (!call.starts_with("InstanceCreate(node root,")) {
+      return;
+    }
+    for (int number = 0; number < 20; ++number) {
+      const auto gone = tree->AddChild(root, product, "gone");
+      tree->Remove(gone);
+      stage.state->InstanceRemove(gone, root, false);
+    }
+    for (int number = 0; number < 20; ++number) {
+      tree->AddChild(root, product, "new");
+    }
+    EXPECT_TRUE(stage.state->ExpandFilterNode({root.Get()}));
+  };
+
+  stage.Finish();
+
+  const std::vector<std::string> rows = stage.TakeRows();
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), "new"), 20);
+}
+
 TEST(ExpandFilterNode, FromInsideARowOfAResult_DoesNotReviveOneThatIsOvertaken)
 {
   OpenedOnTheWay stage;
