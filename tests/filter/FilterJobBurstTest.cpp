@@ -344,9 +344,7 @@ TEST(FilterJobBurst, AJobThatTheHostCancelsBeforeItIsThereRunsAndEndsEmpty)
 
 TEST(FilterJobBurst, ARequestFromInsideAQuestionOfAnotherOneHasTheLastWord)
 {
-  for (const std::string question :
-       {"CreateFilterProgressCtrl", "GetAdditionalFilterInfo", "GetDisplayRoot", "GetSelController",
-        "GetNonFilteredInsts2", "GetNonFilteredInsts1", "CreateFilteredTree"}) {
+  for (const std::string& question : filtertest::s_jobQuestions) {
     SCOPED_TRACE(question);
     JobStage stage;
     const auto observer = stage.AddObserver();

@@ -40,6 +40,110 @@ TEST(FilterJobCallbacks, LetsGoOfTheFormerResultAtTheEnd_WhoeverHearsOfItMayDrop
   EXPECT_EQ(stage.gui, nullptr);
 }
 
+/// Tells of its end.
+class WatchedResult : public guitree::FilteredTree {
+public:
+  explicit WatchedResult(const std::function<void()>& onEnd) : m_onEnd(onEnd) {}
+  ~WatchedResult() override
+  {
+    if (const auto hook = m_onEnd) {
+      hook();
+    }
+  }
+
+private:
+  const std::function<void()>& m_onEnd;
+};
+
+TEST(FilterJobCallbacks, LetsGoOfTheFormerResultAtTheEnd_AlsoOfOneThatEndsThePanelWithIt)
+{
+  std::function<void()> onEnd;
+  JobStage stage;
+  stage.state->makeFilteredTree = [&] { return new WatchedResult(onEnd); };
+  stage.Request();
+  stage.Finish();
+  stage.state->makeFilteredTree = nullptr;
+  stage.host.events.clear();
+  const auto observer = stage.AddObserver();
+  std::size_t told = 0;
+  onEnd = [&] {
+    told = observer->returned;
+    stage.gui.Reset();
+    stage.state.Reset();
+  };
+  stage.Request();
+
+  stage.Finish();
+
+  EXPECT_EQ(told, 1U);
+  EXPECT_EQ(stage.gui, nullptr);
+}
+
+/// Asks a controller for a job, and ends something inside each of the questions.
+void EndInsideEachQuestion(const std::function<void(JobStage&)>& request, const std::function<void(JobStage&)>& end)
+{
+  for (const std::string& question : filtertest::s_jobQuestions) {
+    SCOPED_TRACE(question);
+    JobStage stage;
+    bool isAsked = false;
+    const auto onQuestion = [&](const std::string& asked) {
+      if (asked.starts_with(question) && !std::exchange(isAsked, true)) {
+        end(stage);
+      }
+    };
+    stage.host.onCall = onQuestion;
+    stage.state->onQuestion = onQuestion;
+
+    request(stage);
+    EXPECT_TRUE(isAsked);
+    stage.Finish();
+  }
+}
+
+TEST(FilterJobCallbacks, MayDropPanelAndStateInsideAnyQuestionOfARequest)
+{
+  const auto request = [](JobStage& stage) {
+    guitree::TreeController& controller = stage.GetController();
+    filtertest::JobState* const state = stage.state.Get();
+    controller.ApplyFilterToTree(state->filter, state);
+  };
+
+  EndInsideEachQuestion(request, [](JobStage& stage) {
+    stage.gui.Reset();
+    stage.state.Reset();
+  });
+}
+
+TEST(FilterJobCallbacks, MayEndAControllerOfTheirOwnInsideAnyQuestionOfARequest)
+{
+  std::unique_ptr<guitree::TreeController> controller;
+  const auto request = [&](JobStage& stage) {
+    controller = std::make_unique<guitree::TreeController>(stage.gui.Get());
+    controller->ApplyFilterToTree(stage.state->filter, stage.state.Get());
+    EXPECT_EQ(stage.GetPool().waiting.size(), 0U);
+  };
+
+  EndInsideEachQuestion(request, [&](JobStage&) { controller.reset(); });
+}
+
+TEST(FilterJobCallbacks, MayEndAPanelThatNobodyCountsWhenAskedForAControl)
+{
+  JobStage stage;
+  auto gui = std::make_unique<guitree::GuiTree>(stage.gui->GetManagedObject());
+  const auto state = du::MakeSmart<filtertest::JobState>(*gui);
+  gui->SetGuiInterface(&stage.host);
+  gui->SetBaseTree(stage.kernel.Get());
+  stage.host.makeControl = [&](const auto&) {
+    gui.reset();
+    return nullptr;
+  };
+
+  gui->GetTreeController()->ApplyFilterToTree(state->filter, state.Get());
+
+  EXPECT_EQ(gui, nullptr);
+  EXPECT_EQ(stage.GetPool().waiting.size(), 0U);
+}
+
 /// A host with the list of what a filter must spare.
 class SparingHost : public filtertest::JobHost {
 public:

@@ -9,11 +9,6 @@ using filtertest::JobStage;
 using filtertest::Show;
 using testing::IsEmpty;
 
-/// What state and host are asked before a job is there.
-const std::vector<std::string> s_questions{
-    "CreateFilterProgressCtrl", "GetAdditionalFilterInfo", "GetDisplayRoot",    "GetSelController(false)",
-    "GetNonFilteredInsts2",     "GetNonFilteredInsts1",    "CreateFilteredTree"};
-
 /// Runs inside the first question of that name.
 void Interfere(JobStage& stage, const std::string& question, const std::function<void()>& interfere)
 {
@@ -28,7 +23,7 @@ void Interfere(JobStage& stage, const std::string& question, const std::function
 
 TEST(FilterJobNotStarted, OfAnEventThatTheHostEndsInsideAQuestion_IsInNoPoolAndLeavesNoResult)
 {
-  for (const std::string& question : s_questions) {
+  for (const std::string& question : filtertest::s_jobQuestions) {
     for (const bool isPlain : {true, false}) {
       SCOPED_TRACE(question);
       JobStage stage;
@@ -73,6 +68,23 @@ TEST(FilterJobNotStarted, OnAPanelWithoutAManagerOrWithoutAQueue_AsksNobody)
     EXPECT_FALSE(stage.GetController().IsBusy());
     EXPECT_THAT(stage.GetPool().waiting, IsEmpty());
     EXPECT_THAT(stage.host.Calls(), IsEmpty());
+  }
+}
+
+TEST(FilterJobNotStarted, OfAPopulationThatAnotherOneHasOvertakenBeforeItsRequest_AsksNobody)
+{
+  for (const char* const question : {"ClearTree()", "IsTreeVisibleInUI() -> true", "IsValidView(null) -> true"}) {
+    SCOPED_TRACE(question);
+    JobStage stage;
+    stage.LetThrough({"b"});
+    Interfere(stage, question, [&] { stage.state->PopulateTree(false); });
+
+    stage.state->PopulateTree(false);
+
+    EXPECT_THAT(stage.host.events, testing::SizeIs(1));
+    EXPECT_THAT(stage.GetPool().waiting, testing::SizeIs(1));
+    stage.Finish();
+    EXPECT_THAT(stage.TakeRows(), testing::ElementsAre("root", "a", "b"));
   }
 }
 

@@ -242,6 +242,36 @@ TEST(FilteredPopulation, WithoutAnyResult_OnlyEndsTheCalculation)
   EXPECT_FALSE(stage.state->IsBusy());
 }
 
+TEST(FilteredPopulation, OnAPanelWithoutAHost_EndsTheJobAlone)
+{
+  JobStage stage;
+  stage.state->SetBusy(true);
+  stage.gui->SetGuiInterface(nullptr);
+
+  stage.state->OnProcessingComplete(nullptr, nullptr);
+
+  EXPECT_FALSE(stage.state->IsBusy());
+}
+
+TEST(FilteredPopulation, OfARootThatGoesInsideItsOwnRow_AnnouncesNothingBelowIt)
+{
+  JobStage stage;
+  stage.LetThrough({"b"});
+  stage.state->filter.onAsked = [&](auto&&...) { stage.host.events.at(0)->Cancel(); };
+  stage.state->PopulateTree(false);
+  stage.host.onCall = [&](const std::string& call) {
+    if (call.starts_with("InstanceCreate(node root,")) {
+      const auto root = stage.kernel["root"];
+      stage.kernel.Get()->Remove(root);
+      stage.state->InstanceRemove(root, nullptr, false);
+    }
+  };
+
+  stage.Finish();
+
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("root"));
+}
+
 TEST(FilteredPopulation, AfterTheEndOfThePanel_IsNotTold)
 {
   JobStage stage;

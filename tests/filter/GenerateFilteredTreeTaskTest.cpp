@@ -135,25 +135,49 @@ TEST(GenerateFilteredTreeTask, OfATreeWithoutARoot_CompletesWithAnEmptyResult)
   EXPECT_TRUE(parts.event->IsCompleted());
 }
 
-TEST(GenerateFilteredTreeTask, OfARootThatHasLeftTheTreeSinceItWasFound_ReadsUnderTheLockOfThatTree)
-{
+/// A tree that has lost the instance which it takes for its root.
+struct LostRoot {
+  LostRoot()
+  {
+    leftBehind.Add(leftBehind.Add(nullptr, "root"), "a");
+    tree->root = leftBehind.GetRoot();
+  }
+
   struct RootTree : filtertest::LoggedTree {
     void GetBaseRoot(du::SmartPtr<zelk::BaseInstance>& out) const override { out = root; }
     du::SmartPtr<zelk::BaseInstance> root;
   };
-  Parts parts;
+
   filtertest::CountedKernel leftBehind;
-  leftBehind.Add(leftBehind.Add(nullptr, "root"), "a");
-  const auto tree = du::MakeSmart<RootTree>();
-  tree->root = leftBehind.GetRoot();
-  parts.tree = tree;
-  leftBehind.onVisit = [&] { tree->log.emplace_back("read"); };
+  du::SmartPtr<RootTree> tree = du::MakeSmart<RootTree>();
+};
+
+TEST(GenerateFilteredTreeTask, OfARootThatHasLeftTheTreeSinceItWasFound_ReadsUnderTheLockOfThatTree)
+{
+  Parts parts;
+  LostRoot lost;
+  parts.tree = lost.tree;
+  lost.leftBehind.onVisit = [&] { lost.tree->log.emplace_back("read"); };
   const auto task = parts.Make();
 
   task->Run();
 
   EXPECT_EQ(Show(task->GetFilteredTreeResult()), "root[a]");
-  EXPECT_THAT(tree->log, testing::ElementsAre("lock", "unlock", "lock", "read", "read", "unlock"));
+  EXPECT_THAT(lost.tree->log, testing::ElementsAre("lock", "unlock", "lock", "read", "read", "unlock"));
+}
+
+TEST(GenerateFilteredTreeTask, LeavesNoLockOfItsTreeToWhatIsBuiltIntoItsResultLater)
+{
+  Parts parts;
+  const LostRoot lost;
+  parts.tree = lost.tree;
+  const auto task = parts.Make();
+  task->Run();
+  lost.tree->log.clear();
+
+  task->GetFilteredTreeResult()->BuildTree(parts.filter, lost.tree->root, {}, parts.info, {}, nullptr);
+
+  EXPECT_THAT(lost.tree->log, IsEmpty());
 }
 
 TEST(GenerateFilteredTreeTask, WithoutAnEvent_BuildsAndEndsOnEveryRoad)

@@ -41,6 +41,18 @@ TEST(ItemJudging, WithoutATree_SparesAsWithOne)
   EXPECT_EQ(judge.counters.size(), 1u);
 }
 
+TEST(ItemJudging, OfNoInstance_IsLeftToTheFilterAlsoWhereOthersAreSpared)
+{
+  Stage stage("root[a]");
+  stage.Spare("a");
+  Judge judge(stage);
+  stage.filter.filtersOut = [](const Instance& instance, bool) { return !instance; };
+
+  EXPECT_TRUE(judge.info._IsItemFilteredOut(Instance(), false, nullptr));
+
+  EXPECT_EQ(judge.counters.size(), 1u);
+}
+
 TEST(ItemJudging, OfInstancesInAnyOrder_LooksUpTheirOwnParents)
 {
   Stage stage("root[a[b] c[d]]");

@@ -120,6 +120,11 @@ private:
   }
 };
 
+/// What state and host are asked before a job is there, in order.
+inline const std::vector<std::string> s_jobQuestions{
+    "CreateFilterProgressCtrl", "GetAdditionalFilterInfo", "GetDisplayRoot",    "GetSelController(false)",
+    "GetNonFilteredInsts2",     "GetNonFilteredInsts1",    "CreateFilteredTree"};
+
 class CountingObserver : public guitree::FilterObserverBase {
 public:
   struct Call {
