@@ -118,8 +118,9 @@ public:
   /// last child it is, both included. The children of that node that have no node yet get rows, with all that is below
   /// them, unfiltered; before them those of a leaf that stands right before the placeholder. They come from the kernel,
   /// or from the result of the hidden pass where a visible one went over that. True once the branch is open, also when
-  /// nothing has come. False, without a host call, while a job runs, without a result, and for a path that leads
-  /// nowhere or to a node without a placeholder. It works on the last result also after the filter has been turned off.
+  /// nothing has come. False, without a host call, while the state is busy, without a result, and for a path that leads
+  /// nowhere or to a node without a placeholder. It works on the last result also after the filter has been turned off,
+  /// and while the job of that filter runs on.
   /// Costs the new rows, the siblings that are searched along the path, and the children of the node and of its source.
   /// From inside the visit of a result it makes its rows at once, and the visit does not make them again where the row
   /// of the node stands already.
@@ -140,7 +141,8 @@ public:
 
   /// What a filter gets beyond the instance; null by default.
   [[nodiscard]] virtual du::SmartPtr<du::RefCounted> GetAdditionalFilterInfo() const;
-  /// The filter for a view, which may be null. The reference is read at once and never kept.
+  /// The filter for a view, which may be null. The reference is never kept beyond the operation that asks for it, but a
+  /// population calls the host meanwhile: the object must stay until `PopulateTree` has returned.
   [[nodiscard]] virtual structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& view) = 0;
   /// Whether an instance gets no row. Its children are asked about by themselves. False by default.
   [[nodiscard]] virtual bool IsInstHidden(zelk::BaseInstance* instance) const;
@@ -165,7 +167,9 @@ public:
   [[nodiscard]] const std::set<const zelk::BaseInstance*>& GetNotFilteredSet() const noexcept { return notFilteredSet; }
   [[nodiscard]] bool GetSelectionNeedsUpdating() const noexcept { return selectionNeedsUpdating; }
   [[nodiscard]] bool GetAssocHlightsNeedsUpdating() const noexcept { return assocHlightsNeedsUpdating; }
-  /// Whether a filter job is under way, or a filtered population is waiting for properties.
+  /// Whether rows are still to come: from a filter job, or from a filtered population that waits for properties. A
+  /// population without a filter, and a reset, end it, although a job that is under way runs on;
+  /// `TreeController::IsBusy` tells of jobs.
   [[nodiscard]] bool IsBusy() const noexcept { return busy; }
   /// Whether the last population could not fill the host.
   [[nodiscard]] bool GetTreeNeedsRedraw() const noexcept { return treeNeedsRedraw; }

@@ -1,3 +1,5 @@
+// What happens to a panel between the request of a filter and the arrival of its result.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +12,6 @@ using filtertest::Show;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// What happens to a panel between the request of a filter and the arrival of its result.
 /// The older lets through "b", the newer "d".
 void StartTwoJobs(JobStage& stage)
 {
