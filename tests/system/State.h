@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "guitree/FilteredTree.h"
+#include "guitree/StructureTreeState.h"
+
+namespace systemtest {
+
+/// Lets the test in at the first question of a job.
+class State final : public guitree::StructureTreeState {
+public:
+  explicit State(guitree::GuiTree& tree) : StructureTreeState(tree, true) {}
+
+  [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return std::make_unique<Tree>(*this).release(); }
+
+  /// Runs once.
+  std::function<void()> onQuestion;
+
+private:
+  class Tree final : public guitree::FilteredTree {
+  public:
+    explicit Tree(State& state) : m_state(state) {}
+
+  protected:
+    [[nodiscard]] bool ForceCheckFilteringForAllItems(bool hiddenPass) override
+    {
+      if (m_state.onQuestion) {
+        std::exchange(m_state.onQuestion, nullptr)();
+      }
+      return FilteredTree::ForceCheckFilteringForAllItems(hiddenPass);
+    }
+
+  private:
+    State& m_state;
+  };
+};
+
+}  // namespace systemtest
