@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include "ShapeMesher.h"
@@ -11,16 +12,18 @@ namespace stepimport {
 
 namespace {
 
-/// How soon a load that waits for another one notices that nobody wants it any more.
-constexpr std::chrono::milliseconds LookInterval{20};
+/// How often a load that waits for another one looks whether it may go on, or whether nobody wants it any more.
+constexpr std::chrono::milliseconds LookInterval{2};
 
-using ShapeLock = std::unique_lock<std::shared_timed_mutex>;
+using ShapeLock = std::unique_lock<std::shared_mutex>;
 
 /// Without the lock when `context` has asked to stop before it could be had.
-ShapeLock WaitForShapes(std::shared_timed_mutex& mutex, const memkernel::LoadContext& context)
+ShapeLock WaitForShapes(std::shared_mutex& mutex, const memkernel::LoadContext& context)
 {
   ShapeLock lock(mutex, std::defer_lock);
-  while (!context.IsCanceled() && !lock.try_lock_for(LookInterval)) {}
+  while (!context.IsCanceled() && !lock.try_lock()) {
+    std::this_thread::sleep_for(LookInterval);
+  }
   return lock;
 }
 

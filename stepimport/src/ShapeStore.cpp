@@ -37,12 +37,12 @@ TDF_Label ShapeStore::GetProductLabel(ProductIndex product) const
   return product < m_content->products.size() ? m_content->products[product].label : TDF_Label();
 }
 
-std::shared_lock<std::shared_timed_mutex> ShapeStore::HoldShapes(ProductIndex product) const
+std::shared_lock<std::shared_mutex> ShapeStore::HoldShapes(ProductIndex product) const
 {
   return std::shared_lock(GetShapeMutex(*this, product));
 }
 
-std::shared_timed_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product)
+std::shared_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product)
 {
   ShapeStore::Content& content = *store.m_content;
   return product < content.groups.size() ? *content.mutexes[content.groups[product]] : content.noMutex;
@@ -76,7 +76,7 @@ std::shared_ptr<const ShapeStore> ShapeStoreBuilder::Take()
     content.mutexes.resize(std::max(content.mutexes.size(), group + 1));
   }
   for (auto& mutex : content.mutexes) {
-    mutex = std::make_unique<std::shared_timed_mutex>();
+    mutex = std::make_unique<std::shared_mutex>();
   }
   return std::move(m_store);
 }

@@ -28,13 +28,13 @@ struct ShapeStore::Content {
   /// By product, into `mutexes`.
   std::vector<std::size_t> groups;
   /// One for all shapes that have faces or edges in common.
-  std::vector<std::unique_ptr<std::shared_timed_mutex>> mutexes;
+  std::vector<std::unique_ptr<std::shared_mutex>> mutexes;
   /// For products that are not there.
-  std::shared_timed_mutex noMutex;
+  std::shared_mutex noMutex;
 };
 
 /// Held alone by whoever writes into the product's shapes.
-[[nodiscard]] std::shared_timed_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product);
+[[nodiscard]] std::shared_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product);
 
 /// Fills a `ShapeStore` during an import; the store is not changed once it has been taken.
 class ShapeStoreBuilder {

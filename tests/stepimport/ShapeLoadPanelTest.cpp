@@ -126,7 +126,7 @@ protected:
   TempFolder m_folder;
   testsupport::RecordingHost m_host;
   std::optional<memkernel::ParallelTaskPause> m_pause{std::in_place, world->GetMemTaskPool()};
-  std::shared_lock<std::shared_timed_mutex> m_hold;
+  std::shared_lock<std::shared_mutex> m_hold;
   stepimport::OpenedScene opened;
   du::SmartPtr<guitree::GuiTree> gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
   du::SmartPtr<guitree::StructureTreeState> state = du::MakeSmart<guitree::StructureTreeState>(*gui, false);

@@ -45,11 +45,11 @@ public:
   /// once. Waits for a load that is at work on them, which may take seconds; once the status of the kernel's shapes of
   /// the product says that they are loaded, there is none to wait for, unless another product shares faces with it.
   /// What is read is good longer than the lock: triangles are replaced, never changed.
-  [[nodiscard]] std::shared_lock<std::shared_timed_mutex> HoldShapes(ProductIndex product) const;
+  [[nodiscard]] std::shared_lock<std::shared_mutex> HoldShapes(ProductIndex product) const;
 
 private:
   friend class ShapeStoreBuilder;
-  friend std::shared_timed_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product);
+  friend std::shared_mutex& GetShapeMutex(const ShapeStore& store, ProductIndex product);
   struct Content;
 
   std::unique_ptr<Content> m_content;
