@@ -13,7 +13,8 @@ void BaseInstance::GetInstancesAndDescendents(const std::set<du::SmartPtr<BaseIn
                                               std::set<du::SmartPtr<BaseInstance>>& out)
 {
   std::set<du::SmartPtr<BaseInstance>> found;
-  detail::VisitDescendents(in, [&](const du::SmartPtr<BaseInstance>& instance) { found.insert(found.end(), instance); });
+  detail::VisitDescendents(in,
+                           [&](const du::SmartPtr<BaseInstance>& instance) { found.insert(found.end(), instance); });
   if (out.empty()) {
     out.swap(found);
   } else {
