@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 #include "TestInstance.h"
 #include "TextOf.h"
+#include "guitree/TypeIcon.h"
 #include "guitree/TypeIconMap.h"
 
 namespace {
@@ -79,37 +83,42 @@ TEST_F(TextHostLook, EachVisibleState_HasItsMark)
   EXPECT_EQ(ShowOne(bolt, static_cast<guitree::VisibleState>(9), 0), "  [?]  bolt\n");
 }
 
-TEST_F(TextHostLook, EachIcon_HasItsWords)
+TEST_F(TextHostLook, EachIcon_HasItsWordsLoadedOrNot)
 {
-  const auto words = [this](int icon) { return ShowOne(bolt, guitree::VisibleStateHidden, icon); };
+  const std::map<int, std::string> words{
+      {guitree::IconPlain, ""},
+      {guitree::IconNoSource, " [no shape]"},
+      {guitree::IconProxy, " [not loaded]"},
+      {guitree::IconProxyNoShapeSource, " [proxy, no shape]"},
+      {guitree::IconProxyShape, " [proxy]"},
+      {guitree::IconProxyRejectedCopyrights, " [proxy, copyrights rejected]"},
+      {guitree::IconProxyShapeFailed, " [proxy, shape failed]"},
+      {guitree::IconProxyExpandFailed, " [failed]"},
+      {guitree::IconThumbnail, " [thumbnail]"},
+      {guitree::IconThumbnailOnly, " [thumbnail only]"},
+      {guitree::IconComparedFirst, " [compared, first]"},
+      {guitree::IconComparedOther, " [compared]"},
+      {guitree::IconShapeFailed, " [shape failed]"},
+      {guitree::IconRejectedCopyrights, " [copyrights rejected]"},
+      {guitree::IconCollapsedSibling, " [collapsed]"},
+      {guitree::IconCollapsedSiblingNoSource, " [collapsed, no shape]"},
+      {guitree::IconCollapsedSiblingThumbnail, " [collapsed, thumbnail]"},
+      {guitree::IconCollapsedSiblingThumbnailOnly, " [collapsed, thumbnail only]"},
+      {guitree::IconCollapsedSiblingFailed, " [collapsed, shape failed]"},
+      {guitree::IconCollapsedSiblingRejectedCopyrights, " [collapsed, copyrights rejected]"},
+      {guitree::IconBody, " [body]"},
+      {guitree::IconConstructionBody, " [construction body]"},
+      {guitree::IconBodyNoShapeSource, " [body, no shape]"},
+      {guitree::IconBodyFailed, " [body, shape failed]"},
+      {guitree::IconConstructionBodyFailed, " [construction body, shape failed]"},
+  };
 
-  EXPECT_EQ(words(2), "  [ ]  bolt [no shape]\n");
-  EXPECT_EQ(words(4), "  [ ]  bolt [icon 4]\n");
-  EXPECT_EQ(words(6), "  [ ]  bolt [not loaded]\n");
-  EXPECT_EQ(words(8), "  [ ]  bolt [proxy, no shape]\n");
-  EXPECT_EQ(words(10), "  [ ]  bolt [proxy]\n");
-  EXPECT_EQ(words(12), "  [ ]  bolt [proxy, copyrights rejected]\n");
-  EXPECT_EQ(words(14), "  [ ]  bolt [proxy, shape failed]\n");
-  EXPECT_EQ(words(16), "  [ ]  bolt [failed]\n");
-  EXPECT_EQ(words(18), "  [ ]  bolt [thumbnail]\n");
-  EXPECT_EQ(words(20), "  [ ]  bolt [thumbnail only]\n");
-  EXPECT_EQ(words(22), "  [ ]  bolt [icon 22]\n");
-  EXPECT_EQ(words(24), "  [ ]  bolt [compared, first]\n");
-  EXPECT_EQ(words(26), "  [ ]  bolt [compared]\n");
-  EXPECT_EQ(words(28), "  [ ]  bolt [shape failed]\n");
-  EXPECT_EQ(words(30), "  [ ]  bolt [copyrights rejected]\n");
-  EXPECT_EQ(words(32), "  [ ]  bolt [collapsed]\n");
-  EXPECT_EQ(words(34), "  [ ]  bolt [collapsed, no shape]\n");
-  EXPECT_EQ(words(36), "  [ ]  bolt [collapsed, thumbnail]\n");
-  EXPECT_EQ(words(38), "  [ ]  bolt [collapsed, thumbnail only]\n");
-  EXPECT_EQ(words(40), "  [ ]  bolt [collapsed, shape failed]\n");
-  EXPECT_EQ(words(42), "  [ ]  bolt [collapsed, copyrights rejected]\n");
-  EXPECT_EQ(words(44), "  [ ]  bolt [body]\n");
-  EXPECT_EQ(words(46), "  [ ]  bolt [construction body]\n");
-  EXPECT_EQ(words(48), "  [ ]  bolt [body, no shape]\n");
-  EXPECT_EQ(words(50), "  [ ]  bolt [body, shape failed]\n");
-  EXPECT_EQ(words(52), "  [ ]  bolt [construction body, shape failed]\n");
-  EXPECT_EQ(words(54), "  [ ]  bolt [icon 54]\n");
+  for (int icon = 0; icon <= guitree::IconConstructionBodyFailed + 2; icon += 2) {
+    const auto known = words.find(icon);
+    const std::string text = known != words.end() ? known->second : " [icon " + std::to_string(icon) + "]";
+    EXPECT_EQ(ShowOne(bolt, guitree::VisibleStateHidden, icon), "  [ ]  bolt" + text + "\n");
+    EXPECT_EQ(ShowOne(bolt, guitree::VisibleStateHidden, icon + 1), "  [ ]* bolt" + text + "\n");
+  }
 }
 
 TEST_F(TextHostLook, OddIcons_AreLoadedFormsOfTheEvenOnesBelow)

@@ -120,4 +120,57 @@ TEST_F(TextHostPlace, AfterARefillInsideABracket_SingleRowsStandWhereTheirInstan
   EXPECT_EQ(GetOrder(), "root new a e ");
 }
 
+/// The rows of a filter's result as one list below the root, in an order that is not the kernel's.
+class TextHostList : public TextHostPlace {
+protected:
+  void ShowList()
+  {
+    host.StartTreeUpdate();
+    host.ClearTree();
+    host.SetTreeCalculating(true);
+    host.FinishTreeUpdate();
+    host.SetTreeCalculating(false);
+    host.StartTreeUpdate();
+    host.InstanceCreate(kernel["root"], {}, {}, false);
+    for (const auto* name : {"e", "c", "b", "a"}) {
+      host.InstanceCreate(kernel[name], kernel["root"], {}, false);
+    }
+    host.RestoreExpandedAfterPopulate();
+    host.FinishTreeUpdate();
+  }
+};
+
+TEST_F(TextHostList, RowsOfAResult_KeepTheOrderInWhichTheyCome)
+{
+  ShowList();
+
+  EXPECT_EQ(GetOrder(), "root e c b a ");
+}
+
+TEST_F(TextHostList, ARowThatGoes_LeavesThoseBesideItThatStandBelowItInTheKernel)
+{
+  ShowList();
+
+  host.InstanceRemove(kernel["b"], kernel["root"], true);
+  EXPECT_EQ(GetOrder(), "root e c a ");
+
+  host.InstanceRemove(kernel["root"], {}, true);
+  EXPECT_EQ(GetOrder(), "");
+}
+
+TEST_F(TextHostList, ASingleRowAfterwards_FindsItsPlaceInTheKernelAgain)
+{
+  ShowList();
+  host.StartTreeUpdate();
+  host.ClearTree();
+  for (const auto* name : {"root", "a", "e"}) {
+    Create(kernel[name]);
+  }
+  host.FinishTreeUpdate();
+
+  InsertBefore("e");
+
+  EXPECT_EQ(GetOrder(), "root a new e ");
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "RowName.h"
+#include "guitree/TypeIcon.h"
 
 namespace texthost {
 
@@ -14,33 +15,30 @@ struct IconWords {
   const char* words;
 };
 
-constexpr int s_iconPlain = 0;
-constexpr int s_iconFailed = 16;
-
 constexpr std::array s_iconWords{
-    IconWords{2, "no shape"},
-    IconWords{6, "not loaded"},
-    IconWords{8, "proxy, no shape"},
-    IconWords{10, "proxy"},
-    IconWords{12, "proxy, copyrights rejected"},
-    IconWords{14, "proxy, shape failed"},
-    IconWords{18, "thumbnail"},
-    IconWords{20, "thumbnail only"},
-    IconWords{24, "compared, first"},
-    IconWords{26, "compared"},
-    IconWords{28, "shape failed"},
-    IconWords{30, "copyrights rejected"},
-    IconWords{32, "collapsed"},
-    IconWords{34, "collapsed, no shape"},
-    IconWords{36, "collapsed, thumbnail"},
-    IconWords{38, "collapsed, thumbnail only"},
-    IconWords{40, "collapsed, shape failed"},
-    IconWords{42, "collapsed, copyrights rejected"},
-    IconWords{44, "body"},
-    IconWords{46, "construction body"},
-    IconWords{48, "body, no shape"},
-    IconWords{50, "body, shape failed"},
-    IconWords{52, "construction body, shape failed"},
+    IconWords{guitree::IconNoSource, "no shape"},
+    IconWords{guitree::IconProxy, "not loaded"},
+    IconWords{guitree::IconProxyNoShapeSource, "proxy, no shape"},
+    IconWords{guitree::IconProxyShape, "proxy"},
+    IconWords{guitree::IconProxyRejectedCopyrights, "proxy, copyrights rejected"},
+    IconWords{guitree::IconProxyShapeFailed, "proxy, shape failed"},
+    IconWords{guitree::IconThumbnail, "thumbnail"},
+    IconWords{guitree::IconThumbnailOnly, "thumbnail only"},
+    IconWords{guitree::IconComparedFirst, "compared, first"},
+    IconWords{guitree::IconComparedOther, "compared"},
+    IconWords{guitree::IconShapeFailed, "shape failed"},
+    IconWords{guitree::IconRejectedCopyrights, "copyrights rejected"},
+    IconWords{guitree::IconCollapsedSibling, "collapsed"},
+    IconWords{guitree::IconCollapsedSiblingNoSource, "collapsed, no shape"},
+    IconWords{guitree::IconCollapsedSiblingThumbnail, "collapsed, thumbnail"},
+    IconWords{guitree::IconCollapsedSiblingThumbnailOnly, "collapsed, thumbnail only"},
+    IconWords{guitree::IconCollapsedSiblingFailed, "collapsed, shape failed"},
+    IconWords{guitree::IconCollapsedSiblingRejectedCopyrights, "collapsed, copyrights rejected"},
+    IconWords{guitree::IconBody, "body"},
+    IconWords{guitree::IconConstructionBody, "construction body"},
+    IconWords{guitree::IconBodyNoShapeSource, "body, no shape"},
+    IconWords{guitree::IconBodyFailed, "body, shape failed"},
+    IconWords{guitree::IconConstructionBodyFailed, "construction body, shape failed"},
 };
 
 }  // namespace
@@ -77,10 +75,10 @@ bool IsLoadedIcon(int icon)
 std::string DescribeIcon(int icon, const RowText& text, bool ascii)
 {
   const int unloaded = IsLoadedIcon(icon) ? icon - 1 : icon;
-  if (unloaded == s_iconPlain) {
+  if (unloaded == guitree::IconPlain) {
     return {};
   }
-  if (unloaded == s_iconFailed) {
+  if (unloaded == guitree::IconProxyExpandFailed) {
     return ShowFailure(text, ascii);
   }
   const auto* const known = std::find_if(s_iconWords.begin(), s_iconWords.end(),
@@ -103,6 +101,7 @@ std::string_view GetLegend()
 
 [no shape], [body], [shape failed] and the like behind a name tell the icon of the row; the plain
 one is not told. [not loaded] is a file that was not opened, [failed: FILE] one that could not be.
+[collapsed] stands for all its equal siblings.
 )";
 }
 

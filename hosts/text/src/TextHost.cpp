@@ -175,6 +175,7 @@ du::SmartPtr<zelk::ProgressCtrl> TextHost::CreateFilterProgressCtrl(const du::Sm
 void TextHost::SetTreeCalculating(bool calculating)
 {
   m_isCalculating = calculating;
+  m_isFilling = m_isFilling || !calculating;
 }
 
 // A cancelled job has a result like any other, which alone does not tell.

@@ -205,7 +205,7 @@ private:
   std::unordered_set<const zelk::BaseInstance*> m_highlighted;
   /// Whether rows may have a visible state.
   bool m_showsScene = false;
-  /// A refill is under way: rows come in order.
+  /// A refill is under way, or the result of a filter comes next: rows come in order.
   bool m_isFilling = false;
   bool m_isCalculating = false;
   Note m_note = Note::None;
