@@ -17,7 +17,10 @@ constexpr std::array s_flags{
     FilterFlag{"--visible", &FilterSettings::visible, "Only what is visible in the scene"},
     FilterFlag{"--hidden", &FilterSettings::hidden, "Only what is hidden in the scene"},
     FilterFlag{"--issues", &FilterSettings::issues, "Only what has failed: shapes, and files that could not be read"},
+    FilterFlag{"--results", &FilterSettings::results, "Only what is on the list of results, which a script fills"},
     FilterFlag{"--siblings", &FilterSettings::siblings, "Show what stands beside a match as well"},
+    FilterFlag{"--list", &FilterSettings::list, "Show it as one list, by name unless --sort says more"},
+    FilterFlag{"--follow", &FilterSettings::follow, "Filter again when tree, selection or results have changed"},
     FilterFlag{"--descending", &FilterSettings::descending, "Sort from the last to the first"},
 };
 
@@ -102,7 +105,11 @@ std::string FindFaultInResult(const FilterSettings& settings)
   if (settings.descending && settings.sort.empty()) {
     return "--descending needs --sort";
   }
-  const char* const option = settings.siblings ? "--siblings" : !settings.sort.empty() ? "--sort" : nullptr;
+  const char* const option = settings.siblings        ? "--siblings"
+                             : settings.list          ? "--list"
+                             : settings.follow        ? "--follow"
+                             : !settings.sort.empty() ? "--sort"
+                                                      : nullptr;
   return option && !settings.IsOn() ? std::string(option) + " needs something to filter by, such as a text" : "";
 }
 
@@ -120,7 +127,7 @@ std::string FindFaultInColumns(const FilterSettings& settings)
 
 bool FilterSettings::IsOn() const
 {
-  return text || selected || visible || hidden || parts || bodies || issues;
+  return text || selected || visible || hidden || parts || bodies || issues || results;
 }
 
 std::span<const FilterFlag> GetFilterFlags()
@@ -166,8 +173,13 @@ void Apply(const FilterSettings& settings, zelremote::StructureFilterInfo& filte
   filter.SetSelectedOnly(settings.selected);
   filter.SetVisibility(GetVisibility(settings));
   filter.SetIssuesOnly(settings.issues);
+  filter.useResultsList = settings.results;
+  filter.resultsListLive = settings.follow;
   filter.SetShowSiblings(settings.siblings);
-  const Column* const sort = FindColumn(settings.sort);
+  filter.listMode = settings.list ? 1 : 0;
+  filter.SetDynamicUpdate(settings.follow);
+  // The keys, by which a list is in order otherwise, tell users nothing.
+  const Column* const sort = FindColumn(settings.sort.empty() && settings.list ? s_nameColumn : settings.sort);
   filter.SetSortColumn(sort ? MakeSymbol(*sort) : du::DualSymbol());
   filter.SetSortDirection(!settings.descending);
 }

@@ -22,8 +22,15 @@ struct FilterSettings {
   bool parts = false;
   bool bodies = false;
   bool issues = false;
+  /// Only what is on the panel's list of results.
+  bool results = false;
   bool siblings = false;
-  /// The column by which the rows of the result are sorted; empty for their order in the assembly.
+  /// One list below the topmost row in place of a tree.
+  bool list = false;
+  /// The panel filters anew when the tree has changed, or the selection or the results that it looks at.
+  bool follow = false;
+  /// The column by which the rows of the result are sorted; empty for their order in the assembly, or for a list by
+  /// name.
   std::string sort{};
   bool descending = false;
 

@@ -39,8 +39,9 @@ constexpr std::string_view s_aboutFilters =
     R"(A filter shows what meets all its options, with everything above it. The words of --filter have to
 be found in the name, in any order: nut finds Donut. A word with * (anything) or ? (one character)
 has to match the whole name: nut*. In "quotes" blanks and * stand for themselves. Upper and lower
-case are one, in any language. Where nothing is found the last line is (no match). On a terminal a
-filter that takes long tells how far it is. Columns of --column and --sort:
+case are one, in any language. Where nothing is found the last line is (no match). With --list there
+is nothing above what is found. On a terminal a filter that takes long tells how far it is. Columns
+of --column and --sort:
 )";
 
 constexpr std::string_view s_aboutScripts =
@@ -126,6 +127,8 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
   app.add_option("--depth", options.style.depth, "Show rows down to N levels below the root, 0 for the root alone")
       ->type_name("N")
       ->check(FindFaultInDepth);
+  app.add_flag("--no-bodies", options.noBodies, "Leave bodies out");
+  app.add_flag("--collapse", options.collapse, "Let the first of equal siblings stand for all of them");
   app.add_flag("--trace", options.trace, "Print the calls that the panel makes on its host instead of the tree");
   app.add_flag("--check", options.check, "Check these calls; violations go to stderr and make the exit code 1");
   app.add_option("--script", options.script, "Play the commands of a file, or of the standard input for -")
@@ -137,6 +140,9 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
   app.callback([&choices, &options] {
     if (choices.ascii && choices.unicode) {
       throw CLI::ValidationError("--ascii and --unicode contradict each other");
+    }
+    if (options.noBodies && options.filter.bodies && !options.filter.parts) {
+      throw CLI::ValidationError("--no-bodies and --bodies contradict each other");
     }
     if (const std::string fault = FindFault(options.filter); !fault.empty()) {
       throw CLI::ValidationError(fault);

@@ -15,6 +15,8 @@ struct Options {
   texthost::PrintStyle style;
   /// Without a fault.
   FilterSettings filter;
+  bool noBodies = false;
+  bool collapse = false;
   bool trace = false;
   bool check = false;
   bool verbose = false;

@@ -34,6 +34,11 @@ private:
   StatusLine m_line{terminal::IsStderrTerminal()};
 };
 
+std::string GetViewTypeName(const PanelHost& host, const du::SmartPtr<zelk::View>& view)
+{
+  return std::string(host.GetViewTypeString(view));
+}
+
 }  // namespace
 
 /// A state whose filters can be held. The root is an assembly like any other, or stands above several files: it is a
@@ -49,11 +54,24 @@ private:
   FilterHold& m_hold;
 };
 
+Panel::SwitchScope::SwitchScope(bool showsBodies, bool collapses)
+{
+  guitree::WorldTreeState::SetIsShowingBodies(showsBodies);
+  guitree::WorldTreeState::SetIsCollapsingInstances(collapses);
+}
+
+Panel::SwitchScope::~SwitchScope()
+{
+  guitree::WorldTreeState::SetIsShowingBodies(m_showedBodies);
+  guitree::WorldTreeState::SetIsCollapsingInstances(m_collapsed);
+}
+
 Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, const Options& options)
-    : m_world(world),
+    : m_switches(!options.noBodies, options.collapse),
+      m_world(world),
       m_stage(stage),
       m_style(options.style),
-      m_firstFilter(options.filter),
+      m_firstFilter(options.filter.IsOn() ? std::optional(options.filter) : std::nullopt),
       m_hold(world->GetLoopPtr()),
       m_gui(du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject())),
       m_state(du::MakeSmart<State>(*m_gui, m_hold))
@@ -74,7 +92,7 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
   const memkernel::ParallelTaskPause pause(world->GetMemTaskPool());
   m_gui->SetGuiInterface(first);
   m_host.SetPanel(m_gui.Get());
-  Apply(m_filter, *m_state->GetStructureFilter());
+  _ApplyFilter(nullptr);
   m_gui->SetTreeState(m_state);
   m_gui->Initialise(world);
   stage.SetFollower(m_host.GetSceneManagerObserver());
@@ -131,7 +149,7 @@ void Panel::_SettleFilter()
 
 void Panel::_BeginFirstFilter()
 {
-  if (const auto filter = std::exchange(m_firstFilter, std::nullopt); filter && *filter != m_filter) {
+  if (const auto filter = std::exchange(m_firstFilter, std::nullopt); filter) {
     SetFilter(*filter);
   }
 }
@@ -155,15 +173,91 @@ bool Panel::IsLoading() const
 
 void Panel::SetFilter(const FilterSettings& settings)
 {
-  // The result of a filter that is switched off while it is at work would come on top of the rows of everything.
-  if (!settings.IsOn() && CancelFilter()) {
-    static_cast<void>(Settle());
+  const du::SmartPtr<zelk::View> view = m_gui->GetCurrentView();
+  const bool wasFiltered = _IsFiltered(view);
+  m_filters[GetViewTypeName(m_host, view)] = settings;
+  const bool isFiltered = _IsFiltered(view);
+  if (!isFiltered) {
+    _EndFilter();
   }
-  const bool isFiltered = m_filter.IsOn() || settings.IsOn();
-  m_filter = settings;
-  Apply(m_filter, *m_state->GetStructureFilter());
-  if (isFiltered) {
+  _ApplyFilter(view);
+  if (wasFiltered || isFiltered) {
     _Populate(false);
+  }
+}
+
+const FilterSettings& Panel::GetFilter() const
+{
+  return _GetFilter(m_gui->GetCurrentView());
+}
+
+void Panel::SetViewType(const du::SmartPtr<zelk::View>& view, const std::string& type)
+{
+  const bool isCurrent = view == m_gui->GetCurrentView();
+  const bool wasFiltered = _IsFiltered(view);
+  m_host.SetViewType(view, type);
+  const bool isFiltered = _IsFiltered(view);
+  if (isCurrent && !isFiltered) {
+    _EndFilter();
+  }
+  _ApplyFilter(view);
+  if (isCurrent && (wasFiltered || isFiltered)) {
+    _Populate(false);
+  }
+}
+
+void Panel::PrepareView(const du::SmartPtr<zelk::View>& view)
+{
+  if (!_IsFiltered(view)) {
+    _EndFilter();
+  }
+}
+
+void Panel::SetShowingBodies(bool on)
+{
+  guitree::WorldTreeState::SetIsShowingBodies(on);
+  m_isFilterDue = false;
+  m_state->ShowBodiesChanged();
+}
+
+void Panel::SetCollapsing(bool on)
+{
+  if (!on && !GetFilter().IsOn()) {
+    _EndFilter();
+  }
+  guitree::WorldTreeState::SetIsCollapsingInstances(on);
+  m_state->UpdateFiltersForCollapsingInstances(on);
+}
+
+void Panel::SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& results)
+{
+  m_state->SetResultsComps(results);
+}
+
+void Panel::_ApplyFilter(const du::SmartPtr<zelk::View>& view)
+{
+  auto& filter = dynamic_cast<zelremote::StructureFilterInfo&>(m_state->GetFilter(view));
+  Apply(_GetFilter(view), filter);
+  filter.hideBodies = !guitree::WorldTreeState::IsShowingBodies();
+  filter.collapseInstances = guitree::WorldTreeState::IsCollapsingInstances();
+}
+
+const FilterSettings& Panel::_GetFilter(const du::SmartPtr<zelk::View>& view) const
+{
+  static const FilterSettings s_none;
+  const auto found = m_filters.find(GetViewTypeName(m_host, view));
+  return found != m_filters.end() ? found->second : s_none;
+}
+
+bool Panel::_IsFiltered(const du::SmartPtr<zelk::View>& view) const
+{
+  return _GetFilter(view).IsOn() || guitree::WorldTreeState::IsCollapsingInstances();
+}
+
+void Panel::_EndFilter()
+{
+  if (CancelFilter()) {
+    _SettleFilter();
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,8 +44,13 @@ public:
   [[nodiscard]] std::size_t GetRowCount() const { return m_host.GetRowCount(); }
   /// The panel starts in sight.
   void SetInSight(bool isInSight) override;
+  void SetViewType(const du::SmartPtr<zelk::View>& view, const std::string& type) override;
+  void PrepareView(const du::SmartPtr<zelk::View>& view) override;
+  void SetShowingBodies(bool on) override;
+  void SetCollapsing(bool on) override;
   void SetFilter(const FilterSettings& settings) override;
-  [[nodiscard]] const FilterSettings& GetFilter() const override { return m_filter; }
+  [[nodiscard]] const FilterSettings& GetFilter() const override;
+  void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& results) override;
   void HoldFilters(bool on) override { m_hold.SetOn(on); }
   bool CancelFilter() override;
   bool Expand(const zelk::BaseInstance& instance) override { return m_host.Expand(instance); }
@@ -54,6 +60,25 @@ public:
 private:
   class State;
 
+  /// The switches are those of the process. Puts them back when it ends.
+  class SwitchScope {
+  public:
+    SwitchScope(bool showsBodies, bool collapses);
+    ~SwitchScope();
+    SwitchScope(const SwitchScope&) = delete;
+    SwitchScope& operator=(const SwitchScope&) = delete;
+
+  private:
+    const bool m_showedBodies = guitree::WorldTreeState::IsShowingBodies();
+    const bool m_collapsed = guitree::WorldTreeState::IsCollapsingInstances();
+  };
+
+  /// Makes the filter of the view's type what the settings and the switches say; it is there from now on.
+  void _ApplyFilter(const du::SmartPtr<zelk::View>& view);
+  [[nodiscard]] const FilterSettings& _GetFilter(const du::SmartPtr<zelk::View>& view) const;
+  [[nodiscard]] bool _IsFiltered(const du::SmartPtr<zelk::View>& view) const;
+  /// To be called before the panel shows everything: what a filter at work finds would come on top.
+  void _EndFilter();
   void _SettleLoads();
   void _SettleFilter();
   void _BeginFirstFilter();
@@ -61,6 +86,7 @@ private:
   void _Populate(bool keepExpanded);
   [[nodiscard]] std::string _NameForTrace(const zelk::Object& object) const;
 
+  const SwitchScope m_switches;
   const du::SmartPtr<memkernel::World> m_world;
   const script::Stage& m_stage;
   const texthost::PrintStyle m_style;
@@ -69,7 +95,8 @@ private:
   std::unique_ptr<hostcheck::CallTracer> m_tracer;
   std::unique_ptr<hostcheck::ProtocolChecker> m_checker;
   std::size_t m_reported = 0;
-  FilterSettings m_filter;
+  /// By the types of views.
+  std::map<std::string, FilterSettings> m_filters;
   /// That of the options, until it has begun.
   std::optional<FilterSettings> m_firstFilter;
   FilterHold m_hold;

@@ -27,6 +27,8 @@ TEST(FindFault, Text_NeedsAWord)
 TEST(FindFault, OptionsOfAResult_NeedAFilter)
 {
   EXPECT_EQ(FindFault({.siblings = true}), "--siblings needs something to filter by, such as a text");
+  EXPECT_EQ(FindFault({.list = true}), "--list needs something to filter by, such as a text");
+  EXPECT_EQ(FindFault({.follow = true}), "--follow needs something to filter by, such as a text");
   EXPECT_EQ(FindFault({.sort = "Name"}), "--sort needs something to filter by, such as a text");
   EXPECT_EQ(FindFault({.text = "nut", .descending = true}), "--descending needs --sort");
 }
@@ -90,6 +92,15 @@ TEST_F(ApplySettings, Name_IsSortedByWhatRowsShow)
   EXPECT_TRUE(filter.GetSortDirection());
 }
 
+TEST_F(ApplySettings, List_IsSortedByNameUnlessByAnotherColumn)
+{
+  Apply({.text = "nut", .list = true}, filter);
+  EXPECT_EQ(filter.GetSortColumn(), du::DualSymbol("Instance", "Display Name"));
+
+  Apply({.text = "nut", .list = true, .sort = "Layer"}, filter);
+  EXPECT_EQ(filter.GetSortColumn(), du::DualSymbol("Instance", "Layer"));
+}
+
 TEST_F(ApplySettings, Flags_TurnOnTheirCriteria)
 {
   Apply({.text = "nut",
@@ -100,17 +111,24 @@ TEST_F(ApplySettings, Flags_TurnOnTheirCriteria)
          .parts = true,
          .bodies = true,
          .issues = true,
-         .siblings = true},
+         .results = true,
+         .siblings = true,
+         .list = true,
+         .follow = true},
         filter);
 
   EXPECT_TRUE(filter.GetMatchCase() && filter.GetMatchWholeWord() && filter.GetFilteringSel());
   EXPECT_TRUE(filter.GetFilteringParts() && filter.GetFilteringBodies() && filter.GetFilteringIssues());
   EXPECT_TRUE(filter.GetShowSiblings());
   EXPECT_EQ(filter.GetVisibility(), Visibility::Hidden);
+  EXPECT_TRUE(filter.useResultsList && filter.resultsListLive && filter.GetDynamicUpdate());
+  EXPECT_EQ(filter.listMode, 1);
 
   Apply({.visible = true}, filter);
   EXPECT_EQ(filter.GetVisibility(), Visibility::Visible);
   EXPECT_FALSE(filter.GetFilteringIssues() || filter.GetShowSiblings() || filter.GetFilteringSel());
+  EXPECT_FALSE(filter.useResultsList || filter.resultsListLive || filter.GetDynamicUpdate());
+  EXPECT_EQ(filter.listMode, 0);
 }
 
 }  // namespace

@@ -31,14 +31,21 @@ enum class Verb {
   ActivateView,
   ActivateNoView,
   RemoveView,
+  SetViewType,
   AddScene,
   RemoveScene,
   HidePanel,
   ShowPanel,
+  ShowBodies,
+  LeaveBodiesOut,
+  Collapse,
+  Uncollapse,
   Filter,
   FilterOff,
   Sort,
   SortOff,
+  SetResults,
+  ResultsOff,
   Expand,
   HoldFilter,
   ResumeFilter,
@@ -56,7 +63,7 @@ struct Command {
   /// The scene that it is about; 0 for that of the current view.
   std::size_t scene = 0;
   std::vector<Path> paths{};
-  /// The new name of `Rename`.
+  /// The new name of `Rename`, the type of `SetViewType`.
   std::string name{};
   /// The view or scene that is named by number.
   std::size_t number = 0;

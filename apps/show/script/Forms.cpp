@@ -28,10 +28,16 @@ constexpr std::array s_forms{
     Form{"view", Verb::ActivateView, Arguments::Number, false, "go to a view; each scene has the one of its number"},
     Form{"view none", Verb::ActivateNoView, Arguments::None, false, "leave the view"},
     Form{"view remove", Verb::RemoveView, Arguments::Number, false, "take a view away"},
+    Form{"view type", Verb::SetViewType, Arguments::NumberAndName, false,
+         "give a view a type; each has its own filter"},
     Form{"scene add", Verb::AddScene, Arguments::None, false, "add a scene of everything, and its view"},
     Form{"scene remove", Verb::RemoveScene, Arguments::Number, false, "take a scene away, not its view"},
     Form{"panel hide", Verb::HidePanel, Arguments::None, false, "the panel goes out of sight"},
     Form{"panel show", Verb::ShowPanel, Arguments::None, false, "the panel comes back"},
+    Form{"bodies off", Verb::LeaveBodiesOut, Arguments::None, false, "leave bodies out"},
+    Form{"bodies on", Verb::ShowBodies, Arguments::None, false, "show them again"},
+    Form{"collapse on", Verb::Collapse, Arguments::None, false, "let the first of equal siblings stand for all"},
+    Form{"collapse off", Verb::Uncollapse, Arguments::None, false, "show them all again"},
     Form{"filter", Verb::Filter, Arguments::Filter, false, "show what matches; OPTIONS are those for filters above"},
     Form{"filter off", Verb::FilterOff, Arguments::None, false, "show everything again"},
     Form{"filter hold", Verb::HoldFilter, Arguments::None, false, "filters stop at their first match"},
@@ -39,6 +45,8 @@ constexpr std::array s_forms{
     Form{"filter cancel", Verb::CancelFilter, Arguments::None, false, "end the filter that is at work"},
     Form{"sort", Verb::Sort, Arguments::Sorting, false, "sort what a filter shows by a column"},
     Form{"sort off", Verb::SortOff, Arguments::None, false, "show it in the order of the assembly again"},
+    Form{"results", Verb::SetResults, Arguments::Paths, false, "make these the list of results"},
+    Form{"results off", Verb::ResultsOff, Arguments::None, false, "there is no list of results any more"},
     Form{"expand", Verb::Expand, Arguments::Paths, false, "open what is left out below them"},
     Form{"batch", Verb::BeginBatch, Arguments::None, false, "make one update of the lines up to 'end'"},
     Form{"end", Verb::EndBatch, Arguments::None, false, "the end of a batch"},
@@ -60,6 +68,8 @@ std::string_view Describe(Arguments arguments)
       return " PATH NAME";
     case Arguments::Number:
       return " N";
+    case Arguments::NumberAndName:
+      return " N NAME";
     case Arguments::Filter:
       return " [TEXT] [OPTIONS]";
     case Arguments::Sorting:

@@ -18,6 +18,7 @@ enum class Arguments {
   AnyPaths,
   PathAndName,
   Number,
+  NumberAndName,
   /// A text and options, at least one of them.
   Filter,
   /// A column, and a word for the direction or none.

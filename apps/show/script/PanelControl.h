@@ -1,7 +1,12 @@
 #pragma once
 
+#include <string>
+
 #include "FilterSettings.h"
+#include "du/SmartPtr.h"
+#include "structure_utils/TreeResultsList.h"
 #include "zelk/BaseInstance.h"
+#include "zelk/View.h"
 
 namespace script {
 
@@ -11,9 +16,18 @@ public:
   virtual ~PanelControl() = default;
 
   virtual void SetInSight(bool isInSight) = 0;
-  /// Settings without a fault. Those that filter nothing bring everything back.
+  /// Views are of one type until they are given another one.
+  virtual void SetViewType(const du::SmartPtr<zelk::View>& view, const std::string& type) = 0;
+  /// The view, or none for null, is about to become the current one.
+  virtual void PrepareView(const du::SmartPtr<zelk::View>& view) = 0;
+  virtual void SetShowingBodies(bool on) = 0;
+  /// Whether the first of equal siblings stands for all of them.
+  virtual void SetCollapsing(bool on) = 0;
+  /// The filter of the current view's type. Settings without a fault; those that filter nothing bring everything back.
   virtual void SetFilter(const FilterSettings& settings) = 0;
   [[nodiscard]] virtual const FilterSettings& GetFilter() const = 0;
+  /// What filters that look at a list of results go by; null for none.
+  virtual void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& results) = 0;
   /// Filters that are begun from now on stop at their first match, until this is turned off again.
   virtual void HoldFilters(bool on) = 0;
   /// False where no filter is at work.

@@ -139,6 +139,10 @@ private:
       case Arguments::Number:
         m_command.number = _ParseNumber();
         return;
+      case Arguments::NumberAndName:
+        m_command.number = _ParseNumber();
+        m_command.name = ParseName(m_words.back(), "a type");
+        return;
       case Arguments::Filter:
         m_command.filter = ParseFilter(std::span(m_words).subspan(m_next));
         return;
@@ -171,6 +175,7 @@ private:
       case Arguments::AnyPaths:
         return true;
       case Arguments::PathAndName:
+      case Arguments::NumberAndName:
         return _CountLeft() == 2;
       case Arguments::Sorting:
         return _CountLeft() == 1 || _CountLeft() == 2;
@@ -194,6 +199,20 @@ std::optional<Command> ParseLine(std::string_view line)
   return LineParser(std::move(words)).Parse();
 }
 
+namespace {
+
+/// In quotes where the word would make another command of the line.
+std::string PathToText(const Form& form, const Path& path)
+{
+  const std::string text = ToText(path);
+  const std::string words = std::string(form.words) + ' ' + text;
+  const auto forms = GetForms();
+  const bool isTaken = std::any_of(forms.begin(), forms.end(), [&](const Form& other) { return other.words == words; });
+  return isTaken ? '"' + text + '"' : text;
+}
+
+}  // namespace
+
 std::string ToText(const Command& command)
 {
   const Form& form = GetForm(command.verb);
@@ -201,10 +220,12 @@ std::string ToText(const Command& command)
   text += command.scene > 0 ? "in " + std::to_string(command.scene) + ' ' : "";
   text += form.words;
   for (const Path& path : command.paths) {
-    text += ' ' + ToText(path);
+    text += ' ' + PathToText(form, path);
   }
-  text += form.arguments == Arguments::PathAndName ? ' ' + QuoteName(command.name) : "";
-  text += form.arguments == Arguments::Number ? ' ' + std::to_string(command.number) : "";
+  const bool hasNumber = form.arguments == Arguments::Number || form.arguments == Arguments::NumberAndName;
+  const bool hasName = form.arguments == Arguments::PathAndName || form.arguments == Arguments::NumberAndName;
+  text += hasNumber ? ' ' + std::to_string(command.number) : "";
+  text += hasName ? ' ' + QuoteName(command.name) : "";
   text += form.arguments == Arguments::Filter ? FilterToText(command.filter) : "";
   text += form.arguments == Arguments::Sorting ? SortingToText(command.filter) : "";
   return text;

@@ -1,5 +1,7 @@
 #include "script/ScriptPlayer.h"
 
+#include <set>
+
 #include "script/ScriptError.h"
 #include "zelk/ObjectSelectionItem.h"
 
@@ -111,11 +113,13 @@ void ScriptPlayer::_PlayOnce(const Command& command)
     case Verb::SettleProxy:
       return _ChangeProxies(command, &memkernel::Tree::TurnProxyToNode);
     case Verb::ActivateView:
-      return m_stage.ActivateView(command.number);
+      return _ActivateView(command.number);
     case Verb::ActivateNoView:
-      return m_stage.ActivateNoView();
+      return _ActivateNoView();
     case Verb::RemoveView:
-      return m_stage.RemoveView(command.number);
+      return _RemoveView(command.number);
+    case Verb::SetViewType:
+      return m_panel.SetViewType(m_stage.GetView(command.number), command.name);
     case Verb::AddScene:
       return m_stage.AddSceneOfAll();
     case Verb::RemoveScene:
@@ -124,6 +128,14 @@ void ScriptPlayer::_PlayOnce(const Command& command)
       return m_panel.SetInSight(false);
     case Verb::ShowPanel:
       return m_panel.SetInSight(true);
+    case Verb::ShowBodies:
+      return m_panel.SetShowingBodies(true);
+    case Verb::LeaveBodiesOut:
+      return m_panel.SetShowingBodies(false);
+    case Verb::Collapse:
+      return m_panel.SetCollapsing(true);
+    case Verb::Uncollapse:
+      return m_panel.SetCollapsing(false);
     case Verb::Filter:
       return _Filter(command.filter);
     case Verb::FilterOff:
@@ -131,6 +143,10 @@ void ScriptPlayer::_PlayOnce(const Command& command)
     case Verb::Sort:
     case Verb::SortOff:
       return _Sort(command.filter);
+    case Verb::SetResults:
+      return _SetResults(command);
+    case Verb::ResultsOff:
+      return m_panel.SetResults({});
     case Verb::Expand:
       return _Expand(command);
     case Verb::HoldFilter:
@@ -306,6 +322,33 @@ void ScriptPlayer::_Sort(const FilterSettings& sorting) const
   next.sort = sorting.sort;
   next.descending = sorting.descending;
   m_panel.SetFilter(next);
+}
+
+void ScriptPlayer::_SetResults(const Command& command) const
+{
+  const Instances found = _FindAll(command);
+  m_panel.SetResults(du::MakeSmart<structure_utils::TreeResultsList>(
+      std::set<du::SmartPtr<zelk::BaseInstance>>(found.begin(), found.end())));
+}
+
+void ScriptPlayer::_ActivateView(std::size_t number) const
+{
+  m_panel.PrepareView(m_stage.GetView(number));
+  m_stage.ActivateView(number);
+}
+
+void ScriptPlayer::_ActivateNoView() const
+{
+  m_panel.PrepareView({});
+  m_stage.ActivateNoView();
+}
+
+void ScriptPlayer::_RemoveView(std::size_t number) const
+{
+  if (m_stage.IsCurrentView(number)) {
+    m_panel.PrepareView({});
+  }
+  m_stage.RemoveView(number);
 }
 
 void ScriptPlayer::_CancelFilter() const

@@ -54,6 +54,10 @@ private:
   void _Filter(const FilterSettings& settings) const;
   void _Sort(const FilterSettings& sorting) const;
   void _CancelFilter() const;
+  void _SetResults(const Command& command) const;
+  void _ActivateView(std::size_t number) const;
+  void _ActivateNoView() const;
+  void _RemoveView(std::size_t number) const;
   void _Expand(const Command& command) const;
   void _BeginBatch();
   void _EndBatch();

@@ -46,7 +46,7 @@ void Stage::RemoveScene(std::size_t number)
 
 void Stage::RemoveView(std::size_t number)
 {
-  const ViewPtr view = _GetPlace(number, &Place::hasView, "view").view;
+  const ViewPtr view = GetView(number);
   m_places[number - 1].hasView = false;
   m_current = m_current == number ? 0 : m_current;
   _Tell([&view](Follower& told) { told.OnViewRemoved(view); });
@@ -54,7 +54,7 @@ void Stage::RemoveView(std::size_t number)
 
 void Stage::ActivateView(std::size_t number)
 {
-  const ViewPtr view = _GetPlace(number, &Place::hasView, "view").view;
+  const ViewPtr view = GetView(number);
   m_current = number;
   _Tell([&view](Follower& told) { told.OnActiveViewChanged(view); });
 }
@@ -68,6 +68,11 @@ void Stage::ActivateNoView()
 const Stage::ScenePtr& Stage::GetScene(std::size_t number) const
 {
   return _GetPlace(number, &Place::hasScene, "scene").scene;
+}
+
+const Stage::ViewPtr& Stage::GetView(std::size_t number) const
+{
+  return _GetPlace(number, &Place::hasView, "view").view;
 }
 
 const Stage::ScenePtr& Stage::GetCurrentScene() const

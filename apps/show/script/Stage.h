@@ -37,10 +37,12 @@ public:
   void ActivateView(std::size_t number);
   void ActivateNoView();
   [[nodiscard]] const ScenePtr& GetScene(std::size_t number) const;
+  [[nodiscard]] const ViewPtr& GetView(std::size_t number) const;
   /// That of the current view.
   [[nodiscard]] const ScenePtr& GetCurrentScene() const;
 
   [[nodiscard]] bool HasCurrentView() const noexcept { return m_current > 0; }
+  [[nodiscard]] bool IsCurrentView(std::size_t number) const noexcept { return number > 0 && number == m_current; }
   /// Those that are there, in the order of their numbers.
   [[nodiscard]] std::vector<ScenePtr> GetScenes() const;
   /// `scene 1` or `view 1`, also when it has gone; empty for what is neither.

@@ -9,6 +9,15 @@
 class RecordingPanel final : public script::PanelControl {
 public:
   void SetInSight(bool isInSight) override { calls.emplace_back(isInSight ? "show" : "hide"); }
+  void SetViewType(const du::SmartPtr<zelk::View>& view, const std::string& type) override
+  {
+    typedView = view;
+    calls.push_back("type " + type);
+  }
+  void PrepareView(const du::SmartPtr<zelk::View>& view) override { calls.emplace_back(view ? "view" : "no view"); }
+  void SetShowingBodies(bool on) override { calls.emplace_back(on ? "bodies" : "no bodies"); }
+  void SetCollapsing(bool on) override { calls.emplace_back(on ? "collapse" : "no collapse"); }
+  void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& list) override { results = list; }
   void SetFilter(const FilterSettings& settings) override
   {
     calls.emplace_back("filter");
@@ -29,6 +38,8 @@ public:
 
   std::vector<std::string> calls;
   FilterSettings filter;
+  du::SmartPtr<zelk::View> typedView;
+  du::SmartPtr<structure_utils::TreeResultsList> results;
   bool isFilterAtWork = false;
   bool canExpand = false;
 };

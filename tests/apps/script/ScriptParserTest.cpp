@@ -43,6 +43,15 @@ TEST(ParseLine, Rename_TakesTheNewNameLast)
   EXPECT_EQ(ParseLine("rename frame:1 \"\"")->name, "");
 }
 
+TEST(ParseLine, ViewType_TakesTheNumberAndTheType)
+{
+  EXPECT_EQ(ParseLine("view type 2 \"cut view\""),
+            (Command{.verb = Verb::SetViewType, .name = "cut view", .number = 2}));
+  EXPECT_EQ(FaultOf("view type 2"), "write: view type N NAME");
+  EXPECT_EQ(FaultOf("view type cut 2"), "cut is no number from 1 on");
+  EXPECT_EQ(FaultOf("view type 2 a/b"), "a type with '/' or '#' must be in quotes");
+}
+
 TEST(ParseLine, Prefixes_ComeInAnyOrder)
 {
   const Command expected{.verb = Verb::Hide, .times = 3, .scene = 2, .paths = {Path{.steps = {{"a"}}}}};
@@ -56,6 +65,8 @@ TEST(ParseLine, LongerCommand_GoesBeforeAShorterOne)
   EXPECT_EQ(ParseLine("view 2"), (Command{.verb = Verb::ActivateView, .number = 2}));
   EXPECT_EQ(ParseLine("view none"), (Command{.verb = Verb::ActivateNoView}));
   EXPECT_EQ(ParseLine("view remove 2"), (Command{.verb = Verb::RemoveView, .number = 2}));
+  EXPECT_EQ(ParseLine("results off"), (Command{.verb = Verb::ResultsOff}));
+  EXPECT_EQ(ParseLine("results \"off\""), (Command{.verb = Verb::SetResults, .paths = {Path{.steps = {{"off"}}}}}));
 }
 
 TEST(ParseLine, QuotedWord_IsANameAndNoCommand)
@@ -115,8 +126,10 @@ TEST(ParseLine, NewName_MustBeOneName)
 
 rc::Gen<Path> AnyPath()
 {
-  const auto step =
-      rc::gen::construct<PathStep>(rc::gen::arbitrary<std::string>(), rc::gen::inRange<std::size_t>(0, 5));
+  // Some names are those of commands.
+  const auto name = rc::gen::weightedOneOf<std::string>(
+      {{9, rc::gen::arbitrary<std::string>()}, {1, rc::gen::element<std::string>("off", "on")}});
+  const auto step = rc::gen::construct<PathStep>(name, rc::gen::inRange<std::size_t>(0, 5));
   return rc::gen::construct<Path>(rc::gen::arbitrary<bool>(),
                                   rc::gen::nonEmpty(rc::gen::container<std::vector<PathStep>>(step)));
 }
@@ -126,6 +139,7 @@ std::vector<Path> PickPaths(Arguments arguments)
   switch (arguments) {
     case Arguments::None:
     case Arguments::Number:
+    case Arguments::NumberAndName:
     case Arguments::Filter:
     case Arguments::Sorting:
       return {};
@@ -186,9 +200,11 @@ Command PickCommand(const Form& form)
   Command command{.verb = form.verb, .paths = PickPaths(form.arguments)};
   command.times = isBracket ? 1 : *rc::gen::inRange<std::size_t>(1, 300);
   command.scene = form.isAboutScene ? *rc::gen::inRange<std::size_t>(0, 4) : 0;
-  command.name = form.arguments == Arguments::PathAndName ? *rc::gen::arbitrary<std::string>() : "";
+  const bool hasNumber = form.arguments == Arguments::Number || form.arguments == Arguments::NumberAndName;
+  const bool hasName = form.arguments == Arguments::PathAndName || form.arguments == Arguments::NumberAndName;
+  command.name = hasName ? *rc::gen::arbitrary<std::string>() : "";
   command.filter = PickSettings(form.arguments);
-  command.number = form.arguments == Arguments::Number ? *rc::gen::inRange<std::size_t>(1, 9) : 0;
+  command.number = hasNumber ? *rc::gen::inRange<std::size_t>(1, 9) : 0;
   return command;
 }
 

@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "RecordingPanel.h"
-#include "script/ScriptError.h"
-#include "script/ScriptParser.h"
+#include "ScriptPlayerStage.h"
 #include "zelk/TreeObserver.h"
 
 namespace {
@@ -33,34 +31,8 @@ public:
   int created = 0;
 };
 
-/// A pump with a set of two bolts, a frame and an unexpanded gear, in one scene whose view is current.
-class ScriptPlayerTest : public testing::Test {
+class ScriptPlayerTest : public ScriptPlayerStage {
 protected:
-  void SetUp() override
-  {
-    for (const char* line : {"add assembly /pump", "add assembly pump/set", "repeat 2 add part set/bolt",
-                             "add part pump/frame", "add proxy pump/gear", "scene add", "view 1"}) {
-      Play(line);
-    }
-  }
-
-  void Play(const std::string& line) { player.Play(*script::ParseLine(line)); }
-
-  std::string FaultOf(const std::string& line)
-  {
-    try {
-      Play(line);
-    } catch (const ScriptError& error) {
-      return error.what();
-    }
-    return "none";
-  }
-
-  [[nodiscard]] InstancePtr Find(const std::string& path) const
-  {
-    return script::InstanceFinder(world->GetMemTree()).Find(script::ParseLine("hide " + path)->paths.front());
-  }
-
   [[nodiscard]] bool IsVisible(const std::string& path, std::size_t scene = 1) const
   {
     return stage.GetScene(scene)->FindShapeInstance(Find(path).Get())->IsVisible();
@@ -86,11 +58,6 @@ protected:
 
   static constexpr unsigned int s_selection = zelk::SelectionManager::SelectionList;
   static constexpr unsigned int s_highlight = zelk::SelectionManager::AssocHlightList;
-
-  const du::SmartPtr<memkernel::World> world = du::MakeSmart<memkernel::World>(1U);
-  Stage stage{world};
-  RecordingPanel panel;
-  ScriptPlayer player{world, stage, panel};
 };
 
 TEST_F(ScriptPlayerTest, Hide_TakesEverythingBelow)
@@ -267,63 +234,6 @@ TEST_F(ScriptPlayerTest, OrdinaryInstance_IsNoProxy)
   }
   EXPECT_FALSE(Find("gear")->IsProxyExpanded());
   EXPECT_TRUE(Find("gear")->IsProxy());
-}
-
-TEST_F(ScriptPlayerTest, Panel_GoesAndComesBack)
-{
-  Play("panel hide");
-  Play("panel show");
-
-  EXPECT_EQ(panel.calls, (std::vector<std::string>{"hide", "show"}));
-}
-
-TEST_F(ScriptPlayerTest, Filter_ReplacesTheOneBeforeAndLeavesTheOrder)
-{
-  Play("sort Name descending");
-  Play("filter bolt --parts");
-  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt", .parts = true, .sort = "Name", .descending = true}));
-
-  Play("filter --selected --sort Layer");
-  EXPECT_EQ(panel.filter, (FilterSettings{.selected = true, .sort = "Layer"}));
-
-  Play("filter off");
-  EXPECT_EQ(panel.filter, (FilterSettings{.sort = "Layer"}));
-}
-
-TEST_F(ScriptPlayerTest, Sort_LeavesTheFilter)
-{
-  Play("filter bolt");
-  Play("sort Name");
-  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt", .sort = "Name"}));
-
-  Play("sort off");
-  EXPECT_EQ(panel.filter, (FilterSettings{.text = "bolt"}));
-}
-
-TEST_F(ScriptPlayerTest, FilterAtWork_IsHeldAndCancelled)
-{
-  panel.isFilterAtWork = true;
-
-  Play("filter hold");
-  Play("filter cancel");
-  Play("filter resume");
-
-  EXPECT_EQ(panel.calls, (std::vector<std::string>{"hold", "cancel", "resume"}));
-}
-
-TEST_F(ScriptPlayerTest, CancelWithoutAFilter_IsAFault)
-{
-  EXPECT_EQ(FaultOf("filter cancel"), "no filter is at work");
-}
-
-TEST_F(ScriptPlayerTest, Expand_OpensRowByRow)
-{
-  panel.canExpand = true;
-  Play("expand pump set");
-  EXPECT_EQ(panel.calls, (std::vector<std::string>{"expand pump", "expand set"}));
-
-  panel.canExpand = false;
-  EXPECT_EQ(FaultOf("expand pump/set"), "nothing can be opened below pump/set");
 }
 
 TEST_F(ScriptPlayerTest, Batch_IsOneRunOfTheTree)
