@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <utility>
 #include <vector>

@@ -108,6 +108,9 @@ private:
   [[nodiscard]] std::vector<InstancePtr> _ListTree() const;
   [[nodiscard]] InstancePtr _Pick(std::uint32_t number) const;
   [[nodiscard]] ShapeInstancePtr _PickShape(const Event& event, Place*& place);
+  /// As a word of a script.
+  [[nodiscard]] static std::string _Quote(const std::string& name);
+  [[nodiscard]] std::string _NameOfNew(const std::string& product);
   [[nodiscard]] std::string _PathOf(const zelk::BaseInstance& instance) const;
   [[nodiscard]] PanelModel::View _GetView() const;
   [[nodiscard]] PanelModel::View _GetNoView() const;

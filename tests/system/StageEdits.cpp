@@ -56,7 +56,7 @@ void Stage::_Add(const Event& event, const std::vector<std::string>& names, cons
 {
   const auto all = _ListTree();
   if (all.empty()) {
-    _Say("add assembly /top");
+    _Say("add assembly /" + _NameOfNew("top"));
     m_everMade.push_back(m_kernel.tree->CreateRoot(_GetProduct("top")));
     return;
   }
@@ -65,8 +65,7 @@ void Stage::_Add(const Event& event, const std::vector<std::string>& names, cons
   }
   const InstancePtr parent = Choose(all, event.first);
   const std::string& name = Choose(names, event.second);
-  const std::string quoted = name.find(' ') == std::string::npos ? name : '"' + name + '"';
-  const std::string path = _PathOf(*parent) + '/' + quoted;
+  const std::string path = _PathOf(*parent) + '/' + _NameOfNew(name);
   _Say(std::string("add ") + (verb ? verb : "part") + ' ' + path + (verb ? "" : "  # of its own kind"));
   _AddOne(parent, name);
 }
@@ -98,7 +97,7 @@ void Stage::_AddMany(const Event& event)
   }
   const InstancePtr parent = Choose(all, event.first);
   const std::size_t count = 198 + event.second % 5;
-  _Say("repeat " + std::to_string(count) + " add assembly " + _PathOf(*parent) + "/unit");
+  _Say("repeat " + std::to_string(count) + " add assembly " + _PathOf(*parent) + '/' + _NameOfNew("unit"));
   for (std::size_t i = 0; i < count; ++i) {
     _AddOne(parent, "unit");
   }
@@ -125,8 +124,9 @@ void Stage::_Rename(const Event& event)
   }
   const std::string& name = Choose(s_names, event.second);
   if (event.kind == EventKind::Rename) {
-    _Say("rename " + _PathOf(*renamed) + " \"" + name + '"');
+    const std::string path = _PathOf(*renamed);
     m_kernel.tree->Rename(renamed, du::Symbol(name));
+    _Say("rename " + path + ' ' + _Quote(std::string(renamed->GetObjectName())));
   } else if (!name.empty()) {
     _RenameProduct(renamed->GetProduct(), name);
   }
@@ -147,7 +147,7 @@ void Stage::_RenameProduct(const du::SmartPtr<memkernel::Product>& product, cons
   _Say("# RenameProduct");
   for (std::size_t i = before.size(); i > 0; --i) {
     if (names[i - 1] != std::string(before[i - 1].first->GetObjectName())) {
-      _Say("rename " + before[i - 1].second + " \"" + name + '"');
+      _Say("rename " + before[i - 1].second + ' ' + _Quote(name));
     }
   }
 }

@@ -1,6 +1,7 @@
 // How the stage finds what an event is about, and how it names it in a script.
 
 #include <algorithm>
+#include <cctype>
 #include <thread>
 
 #include "Stage.h"
@@ -86,11 +87,21 @@ Stage::ShapeInstancePtr Stage::_PickShape(const Event& event, Place*& place)
   return all.empty() ? ShapeInstancePtr() : all[event.first % all.size()];
 }
 
+std::string Stage::_Quote(const std::string& name)
+{
+  const bool isPlain = std::all_of(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) != 0; });
+  return isPlain && !name.empty() ? name : '"' + name + '"';
+}
+
+// A product may have been renamed since.
+std::string Stage::_NameOfNew(const std::string& product)
+{
+  return _Quote(std::string(_GetProduct(product)->GetName()));
+}
+
 std::string Stage::_PathOf(const zelk::BaseInstance& instance) const
 {
-  const std::string name = instance.GetObjectName();
-  const bool isPlain = std::all_of(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) != 0; });
-  std::string step = isPlain && !name.empty() ? name : '"' + name + '"';
+  std::string step = _Quote(instance.GetObjectName());
   BasePtr parent;
   instance.GetBaseParent(parent);
   if (!parent) {
