@@ -23,8 +23,8 @@ namespace guitree {
 class StructureTreeState : public WorldTreeState,
                            public structure_utils::TreeFilterAdditionalInfo::TreeFilterStatusLookup {
 public:
-  /// Without `allowResultsFilter` no filter of the panel looks at a results list, whatever its preferences say.
-  StructureTreeState(GuiTree& tree, bool allowResultsFilter);
+  /// Without `allowsResultsFilter` no filter of the panel looks at a results list, whatever its preferences say.
+  StructureTreeState(GuiTree& tree, bool allowsResultsFilter);
   /// Waits for a status that is being asked for; filters that are still at work are answered `TFStatusNone` from now
   /// on. The panel's filters stay allocated for the rest of the process unless `Reset` came first: hosts may refer to
   /// them still.

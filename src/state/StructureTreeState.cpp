@@ -25,7 +25,7 @@ void LeaveToProcess(zelremote::StructureFilterInfo* filter)
 /// The length of a flag.
 class FlagScope {
 public:
-  explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
+  explicit FlagScope(bool& flag) : m_flag(flag) { flag = true; }
   ~FlagScope() { m_flag = false; }
   FlagScope(const FlagScope&) = delete;
   FlagScope& operator=(const FlagScope&) = delete;
@@ -207,12 +207,10 @@ du::SmartPtr<FilteredTree> StructureTreeState::_GetResult() const
   return result;
 }
 
-// By value: the caller may hold the list in a place that a host call below overwrites.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void StructureTreeState::SetResultsComps(du::SmartPtr<structure_utils::TreeResultsList> results)
 {
   const Pin self(this);
-  resultsComps = results;
+  resultsComps = std::move(results);
   const zelremote::StructureFilterInfo* const filter = GetStructureFilter();
   if (filter && filter->resultsListLive && filter->useResultsList) {
     PopulateTree(true);

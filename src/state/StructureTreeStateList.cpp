@@ -67,9 +67,9 @@ Items ListCreatedItems(const FilteredTree& tree, structure_utils::TreeFilterInfo
 /// The root is among the created items, and has its own row.
 bool IsRoot(const zelk::BaseInstance& instance)
 {
-  static const du::Symbol s_partId("Part ID");
+  static const du::Symbol s_name("Part ID");
   du::SmartPtr<zelk::PropertyValue> property;
-  instance.GetPropertyValue(property, zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_partId,
+  instance.GetPropertyValue(property, zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_name,
                             du::Symbol::EMPTY);
   std::string id;
   if (property) {
