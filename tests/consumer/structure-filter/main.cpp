@@ -1,5 +1,7 @@
 #include <cstdlib>
 
+#include "guitree/StructureTreeState.h"
+#include "guitree/TypeIcon.h"
 #include "zelremote/StructureFilterInfo.h"
 #include "zelremote/TextPattern.h"
 
@@ -12,5 +14,7 @@ int main()
 
   const bool isFound = zelremote::TextPattern(filter.GetText(), false, false).IsWordIn(0, name);
 
-  return filter.IsFiltering(false) && isFound ? EXIT_SUCCESS : EXIT_FAILURE;
+  const bool isPlain = guitree::StructureTreeState::GetUnloadedTypeIconStatic({}, {}) == guitree::IconPlain;
+
+  return filter.IsFiltering(false) && isFound && isPlain ? EXIT_SUCCESS : EXIT_FAILURE;
 }
