@@ -46,6 +46,9 @@ std::string GetViewTypeName(const PanelHost& host, const du::SmartPtr<zelk::View
 class Panel::State final : public guitree::StructureTreeState {
 public:
   State(guitree::GuiTree& tree, FilterHold& hold) : StructureTreeState(tree, true), m_hold(hold) {}
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() override { _DetachStatusLookups(); }
 
   [[nodiscard]] bool GetDisplayRoot() override { return true; }
   [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return m_hold.MakeTree(); }

@@ -50,7 +50,7 @@ public:
   /// reference stays good until `Reset`. While there is no filter at all, the host is told first that one is needed; if
   /// it asks for a filter from inside that call, it gets one.
   [[nodiscard]] structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& view) override;
-  /// 3D symbols always; bodies while they are not shown.
+  /// Bodies while they are not shown; 3D symbols that are no bodies always.
   [[nodiscard]] bool IsInstHidden(zelk::BaseInstance* instance) const override;
   [[nodiscard]] bool HasNoneHiddenChildren(const du::SmartPtr<zelk::BaseInstance>& instance) const override;
   /// False for a scene of drawings. `scene` must not be null.
@@ -94,7 +94,8 @@ protected:
   /// Replaces the walk: a list, and a filter that nothing has passed, show the root's row at the most before their own.
   void _VisitFilteredTreeNode(FilteredTree::Node* node,
                               const du::SmartPtr<TreeSelectionController>& selController) override;
-  /// What the destructor does about statuses. For the destructor of a derived class that overrides the look-up.
+  /// What the destructor does about statuses. The destructor of every derived class calls it first: a filter at work
+  /// may be in a virtual call to the object.
   void _DetachStatusLookups() const;
 
 private:

@@ -6,11 +6,10 @@
 namespace guitree {
 namespace {
 
-std::vector<std::shared_ptr<const void>>& GetRetired()
-{
-  static thread_local std::vector<std::shared_ptr<const void>> s_retired;
-  return s_retired;
-}
+using Objects = std::vector<std::shared_ptr<const void>>;
+
+/// Null while there is nothing. Owned, and no object with a destructor: a panel may end after those of its thread.
+thread_local constinit Objects* s_retired = nullptr;
 
 }  // namespace
 
@@ -18,17 +17,21 @@ thread_local constinit int Retirement::s_operations = 0;
 
 Retirement::~Retirement()
 {
-  if (--s_operations == 0 && !GetRetired().empty()) {
+  if (--s_operations == 0 && s_retired) {
     // Taken out first: the end of an object may be an operation again.
-    const auto ending = std::exchange(GetRetired(), {});
+    const std::unique_ptr<Objects> ending(std::exchange(s_retired, nullptr));
   }
 }
 
 void Retirement::Retire(std::shared_ptr<const void> object)
 {
-  if (s_operations > 0) {
-    GetRetired().push_back(std::move(object));
+  if (s_operations == 0) {
+    return;
   }
+  if (!s_retired) {
+    s_retired = std::make_unique<Objects>().release();
+  }
+  s_retired->push_back(std::move(object));
 }
 
 }  // namespace guitree

@@ -1,5 +1,6 @@
 #include "guitree/StructureTreeState.h"
 
+#include <mutex>
 #include <set>
 #include <utility>
 
@@ -18,7 +19,10 @@ namespace {
 /// Where the filters of a state that has ended without a `Reset` stay, since hosts may refer to them.
 void LeaveToProcess(zelremote::StructureFilterInfo* filter)
 {
-  static std::set<zelremote::StructureFilterInfo*>* const s_filters = new std::set<zelremote::StructureFilterInfo*>;
+  static std::mutex s_mutex;
+  static auto* const s_filters = new std::set<zelremote::StructureFilterInfo*>;
+  // Panels may have owners of their own.
+  const std::lock_guard lock(s_mutex);
   s_filters->insert(filter);
 }
 

@@ -13,6 +13,9 @@ namespace systemtest {
 class State final : public guitree::StructureTreeState {
 public:
   explicit State(guitree::GuiTree& tree) : StructureTreeState(tree, true) {}
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() override { _DetachStatusLookups(); }
 
   [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return std::make_unique<Tree>(*this).release(); }
 

@@ -6,6 +6,9 @@
 class AssemblyState : public guitree::StructureTreeState {
 public:
   explicit AssemblyState(guitree::GuiTree& tree) : StructureTreeState(tree, true) {}
+  AssemblyState(const AssemblyState&) = delete;
+  AssemblyState& operator=(const AssemblyState&) = delete;
+  ~AssemblyState() override { _DetachStatusLookups(); }
 
   [[nodiscard]] bool GetDisplayRoot() override { return true; }
 };
