@@ -25,7 +25,7 @@ enum TypeIcon : int {
   IconComparedOther = 26,
   IconShapeFailed = 28,
   IconRejectedCopyrights = 30,
-  /// The first of equal siblings, while it stands for all of them.
+  /// Equal siblings, while the first of them stands for all.
   IconCollapsedSibling = 32,
   IconCollapsedSiblingNoSource = 34,
   IconCollapsedSiblingThumbnail = 36,
