@@ -41,6 +41,15 @@ protected:
     tree.AddChild(stage.set, tree.CreateProduct({.name = "core", .flags = memkernel::InstanceBody}));
   }
 
+  /// What is left of that once equal siblings are one.
+  static constexpr const char* s_collapsed =
+      "pump\n"
+      "|- set\n"
+      "|  |- bolt\n"
+      "|  |- nut\n"
+      "|  `- core\n"
+      "`- frame\n";
+
   PanelStage stage;
 };
 
@@ -142,13 +151,7 @@ TEST_F(PanelDisplayTest, BodiesAndCollapsing_GoAndComeBack)
 
   panel->SetCollapsing(true);
   panel->SetShowingBodies(true);
-  EXPECT_EQ(Settled(*panel),
-            "pump\n"
-            "|- set\n"
-            "|  |- bolt\n"
-            "|  |- nut\n"
-            "|  `- core\n"
-            "`- frame\n");
+  EXPECT_EQ(Settled(*panel), s_collapsed);
 
   panel->SetCollapsing(false);
   EXPECT_EQ(Settled(*panel), everything);
@@ -177,13 +180,7 @@ TEST_F(PanelDisplayTest, FilterUnderCollapsing_IsSwitchedOffToWhatIsCollapsed)
 
   panel->SetFilter({});
 
-  EXPECT_EQ(Settled(*panel),
-            "pump\n"
-            "|- set\n"
-            "|  |- bolt\n"
-            "|  |- nut\n"
-            "|  `- core\n"
-            "`- frame\n");
+  EXPECT_EQ(Settled(*panel), s_collapsed);
 }
 
 TEST_F(PanelDisplayTest, Results_AreLookedAtWhenTheFilterRunsNextUnlessItFollowsThem)

@@ -96,6 +96,16 @@ protected:
     EXPECT_TRUE(world->GetLoop().RunUntil([this] { return host.underWay.empty(); }));
   }
 
+  void ExpectNoQuestionsAfterPanelAndState()
+  {
+    EndPanel();
+    EndState();
+    const int questions = scene->questions;
+    EndRun();
+
+    EXPECT_EQ(scene->questions, questions);
+  }
+
   const testsupport::DisplaySwitches switches;
   filtertest::BookingHost host;
   du::SmartPtr<memkernel::World> world = du::MakeSmart<memkernel::World>(2U);
@@ -132,12 +142,7 @@ TEST_F(StatusLookupThreads, APanelAndAStateThatGoInARun_AreNotAskedAgain)
 {
   BeginRun();
 
-  EndPanel();
-  EndState();
-  const int questions = scene->questions;
-  EndRun();
-
-  EXPECT_EQ(scene->questions, questions);
+  ExpectNoQuestionsAfterPanelAndState();
 }
 
 TEST_F(StatusLookupThreads, AStateThatGoesWithSeveralRunsUnderWay_IsNotAskedAgain)
@@ -146,12 +151,7 @@ TEST_F(StatusLookupThreads, AStateThatGoesWithSeveralRunsUnderWay_IsNotAskedAgai
     BeginRun();
   }
 
-  EndPanel();
-  EndState();
-  const int questions = scene->questions;
-  EndRun();
-
-  EXPECT_EQ(scene->questions, questions);
+  ExpectNoQuestionsAfterPanelAndState();
 }
 
 TEST_F(StatusLookupThreads, AStateThatOutlivesItsPanelInARun_GoesOnAnswering)
