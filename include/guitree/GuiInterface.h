@@ -145,7 +145,8 @@ public:
   virtual void InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<zelk::BaseInstance>& parent,
                               const du::SmartPtr<TreeSelectionController>& controller, bool assocHlight);
-  /// The row goes, and the rows of its descendants with it. `repopulatePending` tells that the tree is refilled anyway.
+  /// The row goes, and with it those of all that is below the instance in the kernel's tree, wherever they stand.
+  /// `repopulatePending` tells that the tree is refilled anyway.
   virtual void InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<zelk::BaseInstance>& parent, bool repopulatePending);
 
