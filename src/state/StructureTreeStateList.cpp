@@ -69,8 +69,7 @@ bool IsRoot(const zelk::BaseInstance& instance)
 {
   static const du::Symbol s_name("Part ID");
   du::SmartPtr<zelk::PropertyValue> property;
-  instance.GetPropertyValue(property, zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_name,
-                            du::Symbol::EMPTY);
+  instance.GetPropertyValue(property, zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, s_name, du::Symbol::EMPTY);
   std::string id;
   if (property) {
     property->GetValueAsString(id);
