@@ -18,6 +18,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "PlacementReader.h"
 #include "Utf8.h"
 
 namespace stepimport {
@@ -80,6 +81,7 @@ std::optional<ProductIndex> FindPlace(const DefinitionMap& places,
 void ReadOccurrences(const Handle(XSControl_WorkSession) & session, const DefinitionMap& places,
                      FileStructure& structure)
 {
+  PlacementReader placements(session);
   ForEach<StepRepr_NextAssemblyUsageOccurrence>(
       session, [&](const Handle(StepRepr_NextAssemblyUsageOccurrence) & usage) {
         const std::optional<ProductIndex> parent = FindPlace(places, usage->RelatingProductDefinition());
@@ -90,7 +92,7 @@ void ReadOccurrences(const Handle(XSControl_WorkSession) & session, const Defini
         }
         const std::string name = ToText(usage->Name());
         structure.products[*parent].occurrences.push_back(
-            {IsBlank(name) ? structure.products[*child].name : MakeName(name), *child});
+            {IsBlank(name) ? structure.products[*child].name : MakeName(name), *child, placements.Read(usage)});
       });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -25,11 +26,19 @@ struct Body {
   Appearance appearance;
 };
 
+/// Where an occurrence stands: three rows of four numbers, which take a point of the product, in millimetres, to its
+/// place in the product that holds it. The first three columns turn, and may scale, the fourth moves.
+using Placement = std::array<double, 12>;
+
+inline constexpr Placement NoPlacement{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0};
+
 /// One use of a product in another one.
 struct Occurrence {
   /// Never blank: an occurrence without a name is called like its product.
   std::string name;
   ProductIndex product = 0;
+  /// `NoPlacement` where the file gives none.
+  Placement placement = NoPlacement;
 };
 
 /// Whether a product stands for another file.
