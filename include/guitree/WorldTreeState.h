@@ -101,7 +101,7 @@ private:
   [[nodiscard]] bool _RecordFinishedLoad(SceneInfoLog& log, const du::SmartPtr<zelk::ShapeInstance>& shapeInstance);
   void _DeliverWave();
   void _CancelLoad(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance);
-  /// An event ends.
+  /// An event ends that has not completed.
   void _ForgetLoad(WTShapeLoaderEvent& event);
 
   static bool s_bShowBodies;
@@ -112,7 +112,7 @@ private:
   /// Not owned: an event that ends takes itself out.
   PendingLoads pendingLoads{100};
   du::Stopwatch::StopwatchEntry stopwatch{"", du::Stopwatch::InitStopped};
-  /// All that live, also those that no map knows: completed ones, and the second one of a shape instance.
+  /// All that have not completed, also those that no map knows: the second one of a shape instance.
   std::unordered_set<WTShapeLoaderEvent*> m_liveLoads;
 };
 

@@ -29,6 +29,8 @@ void WTShapeLoaderEvent::OnComplete(unsigned short /*status*/)
   if (treeState) {
     treeState->WTShapeLoaderEventComplete(this);
   }
+  // From here on its last holder may be a worker, which must not reach the state.
+  treeState = nullptr;
   shapeInstance.Reset();
   shapeScene.Reset();
 }

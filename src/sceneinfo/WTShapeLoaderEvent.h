@@ -10,7 +10,7 @@ namespace guitree {
 class WorldTreeState;
 
 /// The load of one shape that a `WorldTreeState` has asked for. Lives until it has completed; the state, which knows
-/// each event that lives, may end before that. Owner's thread.
+/// each event up to then, may end before that. Owner's thread; one that has completed may end on any.
 class WTShapeLoaderEvent : public zelloader::ShapeLoaderEvent {
 public:
   WTShapeLoaderEvent(WorldTreeState& state, const du::SmartPtr<zelk::ShapeInstance>& loadedInstance,
@@ -21,7 +21,7 @@ public:
 
   [[nodiscard]] du::Symbol GetObjectClass() const override;
 
-  /// Null once the state has ended.
+  /// Null after completion, and once the state has ended.
   WorldTreeState* treeState;
   /// Both null after completion.
   du::SmartPtr<zelk::ShapeInstance> shapeInstance;

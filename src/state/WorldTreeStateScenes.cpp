@@ -176,6 +176,7 @@ void WorldTreeState::UpdateSceneInfoLog_OnInstanceCompared(SceneInfoLog* log,
 void WorldTreeState::WTShapeLoaderEventComplete(WTShapeLoaderEvent* event)
 {
   const Pin self(this);
+  m_liveLoads.erase(event);
   finishedLoads.insert({event->shapeInstance, event->shapeScene});
   pendingLoads.erase(event->shapeInstance);
   if (!pendingLoads.empty()) {

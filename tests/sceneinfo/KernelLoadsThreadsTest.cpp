@@ -5,11 +5,47 @@
 #include <random>
 
 #include "KernelLoadsFixture.h"
+#include "zelloader/Loader.h"
 
 namespace {
 
 using testing::IsEmpty;
 using testing::SizeIs;
+
+/// Ends each load on a thread of its own, which lets go of the event last.
+class LateLoader : public zelloader::Loader {
+public:
+  LateLoader() = default;
+  LateLoader(const LateLoader&) = delete;
+  LateLoader& operator=(const LateLoader&) = delete;
+  ~LateLoader() override { Join(); }
+
+  std::atomic<bool> mayLetGo{false};
+
+  bool LoadShape(const du::SmartPtr<zelk::Shape>& /*shape*/, du::Flags /*what*/, zelloader::ShapeLoaderEvent* event,
+                 zelk::Anchor* /*anchor*/) override
+  {
+    m_workers.emplace_back([this, kept = du::SmartPtr<zelloader::ShapeLoaderEvent>(event)]() mutable {
+      kept->Complete();
+      while (!mayLetGo) {
+        std::this_thread::yield();
+      }
+      kept.Reset();
+    });
+    return true;
+  }
+  void Join()
+  {
+    mayLetGo = true;
+    for (std::thread& worker : m_workers) {
+      worker.join();
+    }
+    m_workers.clear();
+  }
+
+private:
+  std::vector<std::thread> m_workers;
+};
 
 class KernelLoads : public sceneinfotest::KernelLoadsFixture {};
 
@@ -199,6 +235,22 @@ TEST_F(KernelLoads, OfAWorldThatShutsDownWithItsPanelGone_LeaveNothing)
   world->Shutdown();
 
   EXPECT_THAT(host.TakeCalls(), IsEmpty());
+}
+
+TEST_F(KernelLoads, WhoseLastHolderIsAWorker_EndThereAndLeaveTheStateAlone)
+{
+  const auto loader = du::MakeSmart<LateLoader>();
+  zelloader::Loader::Install(loader);
+  const auto first = Show(5);
+  RunWave();
+
+  loader->mayLetGo = true;
+  const auto second = Show(20);
+  RunWave();
+
+  loader->Join();
+  zelloader::Loader::Install(nullptr);
+  EXPECT_EQ(CountDeliveries(), 0);
 }
 
 TEST_F(KernelLoads, WhileInstancesComeAndGo_LeaveEachThatStayedLoadedAndVisible)

@@ -37,15 +37,14 @@ TEST_F(LiveLoads, KnowTheirStateUntilItEnds)
   }
 }
 
-TEST_F(LiveLoads, ThatHaveCompleted_ForgetWhatTheyLoadedAtOnceAndTheirStateWhenItEnds)
+TEST_F(LiveLoads, ThatHaveCompleted_KnowNeitherWhatTheyLoadedNorTheirState)
 {
   const ShapeInstance a = Create("a");
 
   End(0, a, zelk::ShapeDataLoaded);
+
   EXPECT_FALSE(GetEvent(0).shapeInstance);
   EXPECT_FALSE(GetEvent(0).shapeScene);
-
-  EndState();
   EXPECT_EQ(GetEvent(0).treeState, nullptr);
 }
 
