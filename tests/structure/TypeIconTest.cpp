@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <utility>
+
 #include "IconSubject.h"
 #include "guitree/GuiTree.h"
 #include "guitree/TypeIcon.h"
@@ -12,6 +15,29 @@ using structuretest::SceneKind;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testsupport::DisplaySwitches;
+
+/// Does something when it is asked the first question.
+class ActingInstance : public structuretest::IconInstance {
+public:
+  ActingInstance(std::function<void()> act, bool& isAlive) : m_act(std::move(act)), m_isAlive(isAlive)
+  {
+    m_isAlive = true;
+  }
+  ActingInstance(const ActingInstance&) = delete;
+  ActingInstance& operator=(const ActingInstance&) = delete;
+  ~ActingInstance() override { m_isAlive = false; }
+
+  bool IsRootContainerRoot() const override
+  {
+    const auto act = m_act;
+    act();
+    return false;
+  }
+
+private:
+  std::function<void()> m_act;
+  bool& m_isAlive;
+};
 
 class TypeIcon : public testing::Test {
 protected:
@@ -153,6 +179,21 @@ TEST_F(TypeIcon, OfAShapeInstanceWithoutAShape_TellsTheFailureOfItsData)
   EXPECT_EQ(subject.GetIcon(), guitree::IconShapeFailed);
 }
 
+TEST_F(TypeIcon, OutsideOfAComparison_GoesByTheAnswerAndNotByTheShapeInstance)
+{
+  const auto scene = du::MakeSmart<structuretest::IconScene<zelk::ShapeScene>>();
+  scene->shapeInstance = subject.shapeInstance;
+  scene->answer = false;
+  subject.scene = scene;
+  subject.shapeInstance->status = zelk::ShapeDataFailed;
+  subject.shapeInstance->isRejected = true;
+  instance.hasShapeSource = true;
+  EXPECT_EQ(subject.GetIcon(), guitree::IconPlain);
+
+  instance.isProxyExpanded = true;
+  EXPECT_EQ(subject.GetIcon(), guitree::IconProxyShape);
+}
+
 TEST_F(TypeIcon, OfASiblingWhileGroupsAreOpen_IsThatOfAnyInstance)
 {
   instance.isSibling = true;
@@ -243,6 +284,25 @@ TEST_F(TypeIcon, OfAState_IsTheSameDecisionAndThePlainOneForWhatIsNoInstance)
   EXPECT_EQ(state->GetUnloadedTypeIcon(&instance, nullptr), guitree::IconPlain);
   EXPECT_EQ(state->GetUnloadedTypeIcon(other.Get(), subject.scene), 0);
   EXPECT_EQ(state->GetUnloadedTypeIcon(nullptr, subject.scene), 0);
+}
+
+TEST_F(TypeIcon, OfAState_HoldsTheInstanceForAsLongAsItIsAsked)
+{
+  const auto tree = du::MakeSmart<guitree::GuiTree>(nullptr);
+  const auto state = du::MakeSmart<guitree::StructureTreeState>(*tree, true);
+  bool isAlive = false;
+  bool wasHeld = false;
+  du::SmartPtr<ActingInstance> holder;
+  const auto letGo = [&] {
+    holder.Reset();
+    wasHeld = isAlive;
+  };
+  holder = du::MakeSmart<ActingInstance>(letGo, isAlive);
+
+  EXPECT_EQ(state->GetUnloadedTypeIcon(holder.Get(), nullptr), guitree::IconNoSource);
+
+  EXPECT_TRUE(wasHeld);
+  EXPECT_FALSE(isAlive);
 }
 
 TEST_F(TypeIcon, OfAProxy_AsksForNothingBeyondIt)
