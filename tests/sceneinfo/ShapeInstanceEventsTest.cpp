@@ -105,6 +105,21 @@ TEST_F(ShapeInstanceEvents, ARemovalInWhichTheHostRemovesTheScene_TouchesItsLogN
   EXPECT_EQ(panel.gui->GetLog(scene), nullptr);
 }
 
+TEST_F(ShapeInstanceEvents, ARemovalInWhichTheHostEndsStateAndPanel_IsNoTrouble)
+{
+  panel.host.answers.hasTypeIconChangedOnShapeInstanceRemove = true;
+  panel.host.onCall = [this](const std::string& /*line*/) {
+    panel.host.onCall = nullptr;
+    panel.gui->SetTreeState(nullptr);
+    panel.state.Reset();
+    panel.gui.Reset();
+  };
+
+  EXPECT_TRUE(Remove(Make("a", zelk::ShapeDataLoaded)));
+
+  EXPECT_FALSE(panel.gui);
+}
+
 struct VisibilityCase {
   bool visible;
   unsigned short status;

@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "ShapeLoadingFixture.h"
 
 namespace {
@@ -219,6 +224,110 @@ TEST_F(ShapeLoadingLifetime, ALoadThatIsAskedForWhileTheHostIsTold_BelongsToTheN
   End(1, b, zelk::ShapeDataLoaded);
 
   EXPECT_THAT(panel.host.TakeCalls(), ElementsAre(testing::HasSubstr("visibleChanges={b: 18}")));
+}
+
+TEST_F(ShapeLoadingLifetime, AWaveThatEndsWhileTheHostIsTold_RecordsItsOwnLoadsAlone)
+{
+  const ShapeInstance a = Create("a");
+  panel.host.onCall = [&](const std::string& /*line*/) {
+    panel.host.onCall = nullptr;
+    scene->observer->OnShapeInstanceRemove(a);
+    End(1, Create("b"), zelk::ShapeDataLoaded);
+  };
+
+  End(0, a, zelk::ShapeDataLoaded);
+
+  EXPECT_EQ(GetState("a"), guitree::VisibleStateHidden);
+  EXPECT_EQ(GetState("b"), guitree::VisibleStateVisible);
+}
+
+/// Notes what it is told to forget.
+class ForgettingLog : public guitree::SceneInfoLog {
+public:
+  ForgettingLog(guitree::GuiTree* tree, std::vector<std::string>& calls) : SceneInfoLog(tree), m_calls(calls) {}
+
+  void ClearVisibleChangeMap() override
+  {
+    m_calls.emplace_back("visible changes");
+    SceneInfoLog::ClearVisibleChangeMap();
+  }
+  void ClearTypeIconChangeMap() override
+  {
+    m_calls.emplace_back("icon changes");
+    SceneInfoLog::ClearTypeIconChangeMap();
+  }
+
+private:
+  std::vector<std::string>& m_calls;
+};
+
+TEST_F(ShapeLoadingLifetime, ADeliveredWave_HasTheLogForgetTheVisibleChangesAndThenThoseOfIcons)
+{
+  std::vector<std::string> calls;
+  panel.state->makeSceneInfoLog = [&] { return std::make_unique<ForgettingLog>(panel.gui.Get(), calls).release(); };
+  GetReports().OnSceneRemoved(scene);
+  GetReports().OnSceneAdded(scene);
+  GetReports().OnActiveViewChanged(nullptr);
+  GetReports().OnActiveViewChanged(view);
+  const ShapeInstance a = Create("a");
+  calls.clear();
+  panel.host.onCall = [&](const std::string& /*line*/) { calls.emplace_back("host"); };
+
+  End(0, a, zelk::ShapeDataLoaded);
+
+  EXPECT_THAT(calls, ElementsAre("host", "visible changes", "icon changes"));
+}
+
+/// Acts while it is asked for a load.
+class ActingLoader : public zelloader::Loader {
+public:
+  std::function<void(zelloader::ShapeLoaderEvent&)> onLoad;
+
+  bool LoadShape(const du::SmartPtr<zelk::Shape>& /*shape*/, du::Flags /*what*/, zelloader::ShapeLoaderEvent* event,
+                 zelk::Anchor* /*anchor*/) override
+  {
+    onLoad(*event);
+    return true;
+  }
+};
+
+TEST_F(ShapeLoadingLifetime, AShapeInstanceThatIsRemovedWhileItsLoadIsAskedFor_HasItCancelled)
+{
+  const auto acting = du::MakeSmart<ActingLoader>();
+  zelloader::Loader::Install(acting);
+  const auto a = du::MakeSmart<PlainShapeInstance>(panel.kernel["a"]);
+  bool isCanceled = false;
+  acting->onLoad = [&](zelloader::ShapeLoaderEvent& event) {
+    scene->observer->OnShapeInstanceRemove(a);
+    isCanceled = event.IsCanceled();
+    event.Complete();
+  };
+
+  scene->observer->OnShapeInstanceCreate(a);
+  loop->RunDue();
+
+  EXPECT_TRUE(isCanceled);
+  EXPECT_FALSE(IsTiming());
+}
+
+TEST_F(ShapeLoadingLifetime, APanelThatEndsWhileALoadIsAskedFor_IsNoTrouble)
+{
+  const auto acting = du::MakeSmart<ActingLoader>();
+  zelloader::Loader::Install(acting);
+  acting->onLoad = [&](zelloader::ShapeLoaderEvent& event) {
+    event.Complete();
+    panel.gui->OnSceneRemoved(scene);
+    panel.gui->OnSceneRemoved(other);
+    panel.gui->SetTreeState(nullptr);
+    panel.state.Reset();
+    panel.gui.Reset();
+    loop->RunDue();
+  };
+
+  CreateWatched("a");
+  loop->RunDue();
+
+  EXPECT_EQ(alive, 0);
 }
 
 }  // namespace

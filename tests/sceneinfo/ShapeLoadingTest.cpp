@@ -94,6 +94,20 @@ TEST_F(ShapeLoading, AThumbnailThatIsNotLoaded_CountsAsALoadOfTheWave)
   EXPECT_EQ(GetState("b"), guitree::VisibleStateThumbnailVisible);
 }
 
+TEST_F(ShapeLoading, AThumbnailThatIsNotLoaded_HoldsBackALoadThatEndsBeforeIt)
+{
+  Create("a")->status = zelk::ShapeDataLoaded;
+  loader.Requests()[0].event->Complete();
+  const auto thumbnail = du::MakeSmart<PlainShapeInstance>(panel.kernel["b"]);
+  thumbnail->isThumbnail = true;
+  scene->observer->OnShapeInstanceCreate(thumbnail);
+  thumbnail->status = zelk::ShapeDataLoaded;
+
+  loop->RunDue();
+
+  EXPECT_THAT(panel.host.TakeCalls(), ElementsAre(testing::HasSubstr("typeIconChanges={a: 1, b: 1}")));
+}
+
 TEST_F(ShapeLoading, AThumbnailAlone_IsAWaveThatLeavesItWithoutItsDataUntouched)
 {
   const auto thumbnail = du::MakeSmart<PlainShapeInstance>(panel.kernel["b"]);
@@ -310,6 +324,32 @@ TEST_F(ShapeLoading, TwoLoadsOfOneShapeInstance_EndTheWaveWithTheFirst)
 
   End(0, a, zelk::ShapeDataLoaded);
   EXPECT_THAT(panel.host.TakeCalls(), ElementsAre(testing::HasSubstr("visibleChanges={}")));
+}
+
+TEST_F(ShapeLoading, AShapeInstanceThatEndsTwiceInAWave_CountsForTheSceneThatItEndedInFirst)
+{
+  const ShapeInstance a = Create("a");
+  const ShapeInstance b = Create("b");
+  other->observer->OnShapeInstanceCreate(a);
+  End(0, a, zelk::ShapeDataLoaded);
+  End(2, a, zelk::ShapeDataLoaded);
+
+  End(1, b, zelk::ShapeDataLoaded);
+
+  EXPECT_EQ(GetState("a"), guitree::VisibleStateVisible);
+  EXPECT_THAT(GetLog(other).GetVisibleMap(), IsEmpty());
+}
+
+TEST_F(ShapeLoading, TheTimingOfAWave_CoversTheCallOfTheHost)
+{
+  const ShapeInstance a = Create("a");
+  bool wasTiming = false;
+  panel.host.onCall = [&](const std::string& /*line*/) { wasTiming = IsTiming(); };
+
+  End(0, a, zelk::ShapeDataLoaded);
+
+  EXPECT_TRUE(wasTiming);
+  EXPECT_FALSE(IsTiming());
 }
 
 TEST_F(ShapeLoading, ALoadWhoseTreeInstanceHasGone_IsSkipped)
