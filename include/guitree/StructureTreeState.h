@@ -66,8 +66,9 @@ public:
 
   /// Writes the list presentation of the filtered tree: the row of `node`, and under it one for each created item, in
   /// the order of the filter's sort column, or of their keys without one. False, and nothing done, while the panel does
-  /// not filter as list. Nothing is written for null or without a result. Costs a sort that reads two properties at
-  /// each comparison.
+  /// not filter as list. Nothing is written for null or without a result. A host may edit the tree, or populate, from
+  /// inside its calls: what has gone by then gets no row, and a population leaves no more rows to make. Costs a sort
+  /// that reads two properties at each comparison.
   [[nodiscard]] bool ApplyFilterAsList(FilteredTree::Node* node,
                                        const du::SmartPtr<TreeSelectionController>& controller);
   /// The icon by which an instance is told apart from others, loaded or not; an even `TypeIcon`. A pure function of its

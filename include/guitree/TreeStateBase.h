@@ -197,6 +197,8 @@ public:
   static bool AttemptDeleteSmartPtrReference(const FilterObserver* observer, void* owner);
 
 protected:
+  class VisitScope;
+
   /// Makes the row of an instance under `parent`, which is null for the root, unless the instance is hidden.
   virtual void _InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                                const du::SmartPtr<zelk::BaseInstance>& parent,

@@ -12,6 +12,7 @@
 #include "guitree/GuiInterface.h"
 #include "guitree/GuiTree.h"
 #include "guitree/StructureTreeState.h"
+#include "state/VisitScope.h"
 #include "zelk/BaseInstanceDynamicPropertiesCache.h"
 #include "zelk/ComponentInstance.h"
 #include "zelk/PropertyValue.h"
@@ -113,6 +114,7 @@ void StructureTreeState::_WriteList(FilteredTree& tree, const FilteredTree::Node
                                     const du::SmartPtr<TreeSelectionController>& controller)
 {
   const Pin panel(&GetGuiTree());
+  const VisitScope visit(*this);
   const std::vector<Instance> items = ListCreatedItems(tree, _GetCurrentFilter());
   const Instance listParent(node.instance);
   if (!_IsRowDue(listParent.Get())) {

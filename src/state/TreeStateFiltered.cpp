@@ -1,9 +1,5 @@
 // How the result of a filter becomes rows.
 
-#include <map>
-#include <optional>
-#include <utility>
-
 #include "facade/Pin.h"
 #include "facade/TreeUpdateScope.h"
 #include "filter/NodeLinks.h"
@@ -11,51 +7,9 @@
 #include "guitree/GuiTree.h"
 #include "guitree/TreeController.h"
 #include "guitree/TreeStateBase.h"
+#include "state/VisitScope.h"
 
 namespace guitree {
-namespace {
-
-/// The length of a visit, for the population that it makes rows for. A host may open a branch from inside the visit of
-/// another one, which goes on afterwards: both see what leaves the tree meanwhile.
-class VisitScope {
-public:
-  using Gone = std::optional<std::map<const zelk::BaseInstance*, du::SmartPtr<zelk::BaseInstance>>>;
-  using Opened = std::map<const FilteredTree::Node*, du::SmartPtr<FilteredTree>>;
-
-  VisitScope(std::optional<unsigned int>& visited, unsigned int population, Gone& gone, Opened& opened)
-      : m_visited(visited),
-        m_outer(std::exchange(visited, population)),
-        m_gone(gone),
-        m_opened(opened),
-        m_isOutermost(!gone)
-  {
-    if (m_isOutermost) {
-      m_gone.emplace();
-    }
-  }
-  ~VisitScope()
-  {
-    m_visited = m_outer;
-    if (!m_outer) {
-      m_opened.clear();
-    }
-    if (m_isOutermost) {
-      m_gone.reset();
-    }
-  }
-  VisitScope(const VisitScope&) = delete;
-  VisitScope& operator=(const VisitScope&) = delete;
-
-private:
-  std::optional<unsigned int>& m_visited;
-  const std::optional<unsigned int> m_outer;
-  Gone& m_gone;
-  Opened& m_opened;
-  const bool m_isOutermost;
-};
-
-}  // namespace
-
 void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tree, GuiInterface* gui)
 {
   if (!_HasGuiTree()) {
@@ -95,7 +49,7 @@ void TreeStateBase::_ShowResult(FilteredTree& tree, unsigned int population)
 void TreeStateBase::_VisitBranches(const std::list<FilteredTree::Node*>& branches, unsigned int population)
 {
   const du::SmartPtr<TreeSelectionController> selController = GetSelController(true);
-  const VisitScope visit(m_visitedPopulation, population, m_goneMeanwhile, m_openedMeanwhile);
+  const VisitScope visit(*this, population);
   for (FilteredTree::Node* const branch : branches) {
     _VisitFilteredTreeNode(branch, selController);
   }
