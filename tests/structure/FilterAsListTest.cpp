@@ -270,6 +270,16 @@ TEST_F(FilterAsList, AColumnWithOneName_Sorts)
   EXPECT_THAT(List("nut"), ElementsAre("null/root", "root/nut3", "root/nut2", "root/nut1"));
 }
 
+TEST_F(FilterAsList, AColumnWithoutNames_IsNoneEvenWhereAPropertyHasNoName)
+{
+  stage.kernel.Get()->SetProperty(stage.kernel["nut1"], "", "", "3");
+  stage.kernel.Get()->SetProperty(stage.kernel["nut2"], "", "", "2");
+  stage.kernel.Get()->SetProperty(stage.kernel["nut3"], "", "", "1");
+  SortBy({"", ""}, true);
+
+  EXPECT_THAT(List("nut"), ElementsAre("null/root", "root/nut1", "root/nut2", "root/nut3"));
+}
+
 TEST_F(FilterAsList, AColumnThatNoItemHas_KeepsAllItems)
 {
   for (const bool isAscending : {true, false}) {

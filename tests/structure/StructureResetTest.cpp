@@ -169,6 +169,22 @@ TEST(StructureReset, OfAStateInAnotherOnesCall_KeepsItsFiltersToTheEndOfThatCall
   EXPECT_EQ(text, "nut");
 }
 
+TEST(StructureReset, HasForgottenTheFiltersWhenTheHostIsToldAndKeepsThoseThatItAsksForThen)
+{
+  StructureStage stage;
+  stage.GetFilter().SetText("nut");
+  std::string text = "unknown";
+  stage.OnceIn("Reset", [&] {
+    text = stage.GetFilter().GetText();
+    stage.GetFilter().SetText("bolt");
+  });
+
+  stage.state->Reset();
+
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(stage.GetFilter().GetText(), "bolt");
+}
+
 TEST(StructureReset, Twice_IsNoTrouble)
 {
   StructureStage stage;

@@ -282,6 +282,17 @@ TEST_F(CancelledResult, OpensTheBranchThatItAnnounces)
   EXPECT_THAT(stage.TakeRows(), ElementsAre("plate", "nut1", "bolt", "frame", "nut2", "nut3"));
 }
 
+TEST_F(CancelledResult, WithoutAMatch_StillOpensItsBranch)
+{
+  CancelAfter("plate");
+  static_cast<void>(stage.host.TakeCalls());
+
+  EXPECT_TRUE(stage.state->ExpandFilterNode({stage.kernel["root"].Get()}));
+
+  EXPECT_TRUE(stage.state->IsMatchedFilterEmpty());
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("plate", "nut1", "bolt", "frame", "nut2", "nut3"));
+}
+
 class EndOfASelectionUpdate : public testing::TestWithParam<std::tuple<bool, bool, bool>> {};
 
 TEST_P(EndOfASelectionUpdate, PopulatesUnderADynamicFilterOnVisibilityOrSelection)

@@ -246,6 +246,20 @@ TEST_F(ResultsList, InAPanelWithoutResults_NeverPopulates)
   EXPECT_THAT(stage.state->populations, IsEmpty());
 }
 
+TEST_F(ResultsList, ANewOne_IsThereBeforeTheFilterIsLookedAt)
+{
+  StructureStage stage;
+  const auto results = Make();
+  du::SmartPtr<structure_utils::TreeResultsList> inner;
+  stage.OnceIn("UpdateQuickSearchResults", [&] {
+    inner = du::DynamicCast<TreeFilterAdditionalInfo>(stage.state->GetAdditionalFilterInfo())->GetResultsList();
+  });
+
+  stage.state->SetResultsComps(results);
+
+  EXPECT_EQ(inner, results);
+}
+
 TEST_F(ResultsList, IsWhatPassesAFilterThatUsesIt)
 {
   StructureStage stage;

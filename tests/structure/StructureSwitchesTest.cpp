@@ -53,6 +53,21 @@ TEST(StructureSwitches, ShowBodiesChanged_BringsAllFiltersInLineAndPopulatesEach
   EXPECT_FALSE(sheet.GetHideBodies());
 }
 
+TEST(StructureSwitches, ShowBodiesChanged_HasTheFiltersInLineWhenItPopulates)
+{
+  StructureStage stage;
+  stage.SetFlag("nut1", memkernel::InstanceBody);
+  stage.Show("nut");
+  ASSERT_TRUE(stage.state->IsFilteredTreeContainItem(stage.kernel["nut1"]));
+  ShowBodies(false);
+
+  stage.state->ShowBodiesChanged();
+  stage.Finish();
+
+  EXPECT_FALSE(stage.state->IsFilteredTreeContainItem(stage.kernel["nut1"]));
+  EXPECT_TRUE(stage.state->IsFilteredTreeContainItem(stage.kernel["nut2"]));
+}
+
 TEST(StructureSwitches, ShowBodiesChanged_PopulatesAlsoWithoutAFilter)
 {
   const StructureStage stage;
@@ -175,6 +190,27 @@ TEST_F(StructureSwitchesInAScene, Collapsing_HasTheIconsOfAllEqualSiblingsWorked
   EXPECT_THAT(GetMarked(), ElementsAre("bolt", "bolt"));
   EXPECT_EQ(FindIcon("bolt"), guitree::IconCollapsedSiblingNoSource);
   EXPECT_EQ(FindIcon("nut"), guitree::IconNoSource);
+}
+
+TEST_F(StructureSwitchesInAScene, Collapsing_HasTheIconsBeforeTheRowsAreMade)
+{
+  Collapse(true);
+  int icon = -1;
+  stage.OnceIn("ClearTree", [&] { icon = FindIcon("bolt"); });
+
+  stage.state->UpdateFiltersForCollapsingInstances(true);
+
+  EXPECT_EQ(icon, guitree::IconCollapsedSiblingNoSource);
+}
+
+TEST_F(StructureSwitchesInAScene, Collapsing_AsksForNoIconOfOtherInstances)
+{
+  stage.gui->GetCurrentLog()->GetTypeIconMap().ResetIcon(stage.kernel["nut"].Get());
+  Collapse(true);
+
+  stage.state->UpdateFiltersForCollapsingInstances(true);
+
+  EXPECT_THAT(GetMarked(), ElementsAre("bolt", "bolt"));
 }
 
 TEST_F(StructureSwitchesInAScene, Collapsing_TwiceMarksOnlyTheFirstTime)
