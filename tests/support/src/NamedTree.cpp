@@ -5,7 +5,7 @@
 
 namespace testsupport {
 
-NamedTree::NamedTree(std::string_view text) : m_tree(du::MakeSmart<memkernel::Tree>())
+NamedTree::NamedTree(std::string_view text, const du::SmartPtr<memkernel::Tree>& tree) : m_tree(tree)
 {
   std::vector<du::SmartPtr<memkernel::Instance>> parents;
   du::SmartPtr<memkernel::Instance> last;
@@ -40,6 +40,13 @@ du::SmartPtr<memkernel::Instance> NamedTree::operator[](const std::string& name)
 du::SmartPtr<memkernel::Instance> NamedTree::Add(const std::string& parent, const std::string& name)
 {
   auto instance = m_tree->AddChild((*this)[parent], _GetProduct(name));
+  m_instances.emplace(name, instance);
+  return instance;
+}
+
+du::SmartPtr<memkernel::Instance> NamedTree::InsertBefore(const std::string& sibling, const std::string& name)
+{
+  auto instance = m_tree->InsertBefore((*this)[sibling], _GetProduct(name));
   m_instances.emplace(name, instance);
   return instance;
 }
