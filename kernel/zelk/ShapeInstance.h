@@ -23,7 +23,8 @@ class ShapeInstance : public Object {
 public:
   static constexpr ClassType CLASS_TYPE{ClassIdShapeInstance, "zelk::ShapeInstance", &Object::CLASS_TYPE};
 
-  /// Overwrites `out`; null when the tree instance has gone.
+  /// Overwrites `out`; null when the tree instance has gone, and once all have been told that the scene has let go of
+  /// the shape instance. A load of it may end after that, and must not show it again.
   virtual void GetInstance(du::SmartPtr<Instance>& out) const = 0;
   /// Overwrites `out`; may be null.
   virtual void GetShape(du::SmartPtr<Shape>& out) const = 0;

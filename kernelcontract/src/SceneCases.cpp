@@ -126,6 +126,26 @@ void AShapeInstance_IsFoundByItsInstance(KernelUnderTest& kernel)
   EXPECT_FALSE(found);
 }
 
+void AShapeInstanceThatIsRemoved_KnowsItsInstanceUntilThatHasBeenTold(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+  const auto scene = kernel.CreateScene();
+  if (!scene) {
+    GTEST_SKIP() << "this kernel has no scenes";
+  }
+  const auto shown = kernel.AddShapeInstance(scene, tree["b"]);
+  const auto observer = du::MakeSmart<RecordingSceneObserver>(tree.GetNames());
+  ASSERT_TRUE(scene->RegisterObserver(*observer, s_ofShapeInstances, false));
+  du::SmartPtr<zelk::Instance> instance;
+
+  kernel.RemoveShapeInstance(scene, tree["b"]);
+  shown->GetInstance(instance);
+
+  EXPECT_EQ(observer->lines, (Lines{"begin", "remove b", "end"}));
+  EXPECT_FALSE(instance);
+  scene->UnregisterObserver(*observer);
+}
+
 void Registration_HappensOnceAndEndsARun(KernelUnderTest& kernel)
 {
   const TestTree tree(kernel);
@@ -242,6 +262,8 @@ std::vector<ContractCase> GetSceneCases()
       {group, "EachEditOfAScene_IsToldInBrackets", &EachEditOfAScene_IsToldInBrackets},
       {group, "WithReplay_TheShapeInstancesThatExistAreTold", &WithReplay_TheShapeInstancesThatExistAreTold},
       {group, "AShapeInstance_IsFoundByItsInstance", &AShapeInstance_IsFoundByItsInstance},
+      {group, "AShapeInstanceThatIsRemoved_KnowsItsInstanceUntilThatHasBeenTold",
+       &AShapeInstanceThatIsRemoved_KnowsItsInstanceUntilThatHasBeenTold},
       {group, "Registration_HappensOnceAndEndsARun", &Registration_HappensOnceAndEndsARun},
       {group, "QueriesOnShapeInstances_AreSafeFromAnotherThread", &QueriesOnShapeInstances_AreSafeFromAnotherThread},
       {group, "AShapeInstance_MayEndOnAnotherThread", &AShapeInstance_MayEndOnAnotherThread},

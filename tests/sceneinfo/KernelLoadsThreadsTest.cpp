@@ -134,6 +134,31 @@ TEST_F(KernelLoads, OfShapeInstancesThatAreRemoved_HoldBackTheOthersOnlyUntilThe
   EXPECT_EQ(GetState(shown[3]), guitree::VisibleStateVisible);
 }
 
+TEST_F(KernelLoads, OfAShapeInstanceThatIsRemovedWhileItWaitsForTheOthers_LeaveNothing)
+{
+  const Instance first = Add("first");
+  ShowAll({first});
+  state->AddStopWatch("wave");
+  while (finished == 0) {
+    std::this_thread::yield();
+  }
+  mayEnd = false;
+  const Instance second = Add("second");
+  ShowAll({second});
+  while (world->GetMemTaskPool().GetUnfinishedCount() > 1) {
+    std::this_thread::yield();
+  }
+  world->GetLoop().RunDue();
+
+  scene->RemoveShapeInstance(first);
+  mayEnd = true;
+  RunWave();
+
+  EXPECT_EQ(finished, 2);
+  EXPECT_EQ(GetState(first), guitree::VisibleStateHidden);
+  EXPECT_EQ(GetState(second), guitree::VisibleStateVisible);
+}
+
 TEST_F(KernelLoads, OfASceneThatIsRemoved_AreCancelledAndToldToNobody)
 {
   mayEnd = false;
