@@ -177,6 +177,20 @@ TEST_F(ShapeInstanceEvents, AComparison_HasTheIconWorkedOutAgainWithoutItsLoaded
   EXPECT_THAT(log.calls, IsEmpty());
 }
 
+TEST_F(ShapeInstanceEvents, TheEndOfAComparison_HasTheIconWorkedOutAgainAsItsBeginning)
+{
+  panel.state->unloadedTypeIcon = 24;
+  const auto shapeInstance = Make("a", zelk::ShapeDataLoaded);
+  panel.state->UpdateSceneInfoLog_OnInstanceCompared(&log, shapeInstance);
+  panel.state->unloadedTypeIcon = 10;
+
+  panel.state->UpdateSceneInfoLog_OnInstanceCompared(&log, shapeInstance);
+
+  int icon = 0;
+  EXPECT_TRUE(log.GetTypeIconMap()._Get(panel.kernel["a"].Get(), icon));
+  EXPECT_EQ(icon, 10);
+}
+
 TEST_F(ShapeInstanceEvents, WithoutATreeInstance_AreSkipped)
 {
   const auto shapeInstance = du::MakeSmart<PlainShapeInstance>(nullptr);

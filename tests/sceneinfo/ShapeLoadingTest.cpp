@@ -326,6 +326,21 @@ TEST_F(ShapeLoading, TwoLoadsOfOneShapeInstance_EndTheWaveWithTheFirst)
   EXPECT_THAT(panel.host.TakeCalls(), ElementsAre(testing::HasSubstr("visibleChanges={}")));
 }
 
+TEST_F(ShapeLoading, TheFirstOfTwoLoadsThatEndsAfterTheSecond_WaitsForTheWaveThatIsUnderWayThen)
+{
+  const ShapeInstance a = Create("a");
+  scene->observer->OnShapeInstanceCreate(a);
+  End(1, a, zelk::ShapeDataLoaded);
+  const ShapeInstance b = Create("b");
+  static_cast<void>(panel.host.TakeCalls());
+
+  End(0, a, zelk::ShapeDataLoaded);
+  EXPECT_THAT(panel.host.TakeCalls(), IsEmpty());
+
+  End(2, b, zelk::ShapeDataLoaded);
+  EXPECT_THAT(panel.host.TakeCalls(), SizeIs(1));
+}
+
 TEST_F(ShapeLoading, AShapeInstanceThatEndsTwiceInAWave_CountsForTheSceneThatItEndedInFirst)
 {
   const ShapeInstance a = Create("a");
