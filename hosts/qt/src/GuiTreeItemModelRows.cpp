@@ -341,6 +341,7 @@ void GuiTreeItemModel::_TellRun()
   if (m_run.rows.empty()) {
     return;
   }
+  _NoteEdit();
   const ChangeScope scope(m_changing);
   const Run run = std::exchange(m_run, {});
   const std::vector<RowId> staged = std::exchange(m_staged, {});
@@ -352,6 +353,13 @@ void GuiTreeItemModel::_TellRun()
     m_rows->Set(row, RowTable::IsStaged, false);
   }
   endInsertRows();
+}
+
+void GuiTreeItemModel::_NoteEdit()
+{
+  if (!m_isResetting && !std::exchange(m_haveEdits, true)) {
+    Q_EMIT EditsBegin();
+  }
 }
 
 void GuiTreeItemModel::_MoveRow(RowId row, RowId parent, RowId next)
@@ -369,6 +377,7 @@ void GuiTreeItemModel::_MoveRow(RowId row, RowId parent, RowId next)
   if (parent == from && (place == position || place == position + 1)) {
     return;
   }
+  _NoteEdit();
   const ChangeScope scope(m_changing);
   if (!m_isResetting) {
     const auto first = static_cast<int>(position);
@@ -444,6 +453,7 @@ void GuiTreeItemModel::_RemoveRows(std::vector<RowId>& rows)
   m_above.clear();
   m_haveRowsChanged = true;
   m_rows->FinishFilling();
+  _NoteEdit();
   std::vector<Range> ranges = _FindRanges(rows);
   std::reverse(ranges.begin(), ranges.end());
   const ChangeScope scope(m_changing);
@@ -487,6 +497,7 @@ void GuiTreeItemModel::_EndReset()
   m_rows->FinishFilling();
   m_isResetting = false;
   m_isSelectionStale = true;
+  m_isSelectionReset = true;
   m_haveRowsChanged = true;
   endResetModel();
 }
@@ -513,6 +524,9 @@ void GuiTreeItemModel::_Settle()
     _ReadSelection();
   }
   _TellSelection();
+  if (std::exchange(m_haveEdits, false)) {
+    Q_EMIT EditsEnd();
+  }
   if (std::exchange(m_haveRowsChanged, false)) {
     Q_EMIT RowsChanged();
   }

@@ -102,8 +102,13 @@ void GuiTreeItemModel::_SetSelected(RowId row, bool isSelected)
   }
   m_rows->Set(row, RowTable::IsSelected, isSelected);
   m_selectionChanged.push_back(row);
-  if (isSelected) {
-    m_selected.push_back(row);
+  if (!isSelected) {
+    return;
+  }
+  m_selected.push_back(row);
+  if (m_selected.size() > 2 * m_rows->GetCount()) {
+    std::sort(m_selected.begin(), m_selected.end());
+    m_selected.erase(std::unique(m_selected.begin(), m_selected.end()), m_selected.end());
   }
 }
 
@@ -138,6 +143,7 @@ void GuiTreeItemModel::_ReadSelection()
 // A row that was changed twice is as it was.
 void GuiTreeItemModel::_TellSelection()
 {
+  const bool isAfterReset = std::exchange(m_isSelectionReset, false);
   std::vector<RowId> changed = std::exchange(m_selectionChanged, {});
   std::sort(changed.begin(), changed.end());
   std::vector<RowId> selected;
@@ -150,7 +156,7 @@ void GuiTreeItemModel::_TellSelection()
     row = next;
   }
   if (!selected.empty() || !deselected.empty()) {
-    Q_EMIT SelectionTold(_MakeSelection(selected), _MakeSelection(deselected));
+    Q_EMIT SelectionTold(_MakeSelection(selected), _MakeSelection(deselected), isAfterReset);
   }
 }
 

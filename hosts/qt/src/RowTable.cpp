@@ -106,7 +106,7 @@ void RowTable::Set(Id row, Mark mark, bool isOn)
 
 RowTable::Id RowTable::Append(const du::SmartPtr<zelk::BaseInstance>& instance, Id parent)
 {
-  const Id id = Make(instance, parent);
+  const Id id = _Make(instance, parent);
   if (m_isFilling) {
     m_rows[id].position = m_rows[parent].childCount++;
   } else {
@@ -116,6 +116,12 @@ RowTable::Id RowTable::Append(const du::SmartPtr<zelk::BaseInstance>& instance, 
 }
 
 RowTable::Id RowTable::Make(const du::SmartPtr<zelk::BaseInstance>& instance, Id parent)
+{
+  FinishFilling();
+  return _Make(instance, parent);
+}
+
+RowTable::Id RowTable::_Make(const du::SmartPtr<zelk::BaseInstance>& instance, Id parent)
 {
   Id id = s_none;
   if (m_free.empty()) {

@@ -96,6 +96,7 @@ private:
   void _Enter(Id row);
   void _Leave(const zelk::BaseInstance* instance);
   void _GrowSlots(std::size_t count);
+  Id _Make(const du::SmartPtr<zelk::BaseInstance>& instance, Id parent);
   void _Place(Id row);
   void _MakeRoom(Row& parent, std::size_t count);
   /// After children from `position` on have moved by `distance`.

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <QAbstractItemModelTester>
@@ -18,6 +21,9 @@ namespace qthosttest {
 
 using InstancePtr = du::SmartPtr<memkernel::Instance>;
 
+/// The rows as a view reads them: `root[plate[bolt nut] rod]`, with `...` as the last child for a placeholder.
+[[nodiscard]] std::string ReadText(const qthost::GuiTreeItemModel& model, const QModelIndex& parent = {});
+
 /// A state whose root is an assembly like any other.
 class PanelState : public guitree::StructureTreeState {
 public:
@@ -27,6 +33,28 @@ public:
   ~PanelState() override { _DetachStatusLookups(); }
 
   [[nodiscard]] bool GetDisplayRoot() override { return true; }
+  [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return std::make_unique<Tree>(*this).release(); }
+
+  /// Runs once, at the first match of a filter job and on its worker.
+  std::function<void()> onMatch;
+
+private:
+  class Tree final : public guitree::FilteredTree {
+  public:
+    explicit Tree(PanelState& state) : m_state(state) {}
+
+  protected:
+    void AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched) override
+    {
+      FilteredTree::AddMatchedFilterItem(instance, matched);
+      if (matched && m_state.onMatch) {
+        std::exchange(m_state.onMatch, nullptr)();
+      }
+    }
+
+  private:
+    PanelState& m_state;
+  };
 };
 
 /// A model with a strict tester, as the host of a panel on a whole kernel; every call is checked on its way. The tree
@@ -36,7 +64,7 @@ public:
   explicit Stage(std::string_view treeText);
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
-  /// The calls must have kept to the protocol.
+  /// The calls must have kept to the protocol, unless the test says otherwise.
   ~Stage();
 
   void Initialise();
@@ -56,12 +84,13 @@ public:
   void ShowScene();
   [[nodiscard]] du::SmartPtr<memkernel::ShapeInstance> GetShape(const std::string& name) const;
 
-  /// The rows as a view reads them: `root[plate[bolt nut] rod]`, with `...` as the last child for a placeholder.
-  [[nodiscard]] std::string GetText() const;
+  [[nodiscard]] std::string GetText() const { return ReadText(model); }
   [[nodiscard]] QModelIndex FindIndex(const std::string& name) const { return model.FindIndex((*this)[name].Get()); }
   /// The names of rows in all columns of which a selection lies, in its order.
   [[nodiscard]] std::vector<std::string> GetNames(const QItemSelection& selection) const;
 
+  /// Rows that come once more, as those of a late result do, are against the protocol of what a batch brings.
+  bool checksProtocol = true;
   testsupport::DisplaySwitches switches;
   const du::SmartPtr<memkernel::World> world = du::MakeSmart<memkernel::World>(1U);
   memkernel::Tree& tree = world->GetMemTree();

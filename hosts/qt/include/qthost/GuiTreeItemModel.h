@@ -205,8 +205,12 @@ Q_SIGNALS:
   void Populated();
   /// The population is over: the time to scroll.
   void PopulationEnds();
-  /// The kernel's selection has changed, in all columns: what came, and what went. After a reset only what came.
-  void SelectionTold(const QItemSelection& selected, const QItemSelection& deselected);
+  /// Rows are about to come, to go or to move one by one, and have done so: once each for a batch.
+  void EditsBegin();
+  void EditsEnd();
+  /// The kernel's selection has changed, in all columns: what came, and what went. After a reset all that is selected
+  /// comes, also where it was before.
+  void SelectionTold(const QItemSelection& selected, const QItemSelection& deselected, bool isAfterReset);
   /// How all rows look has changed; `dataChanged` has come for the topmost rows alone, which makes a view paint itself
   /// anew. Also where more has changed than would be worth telling apart.
   void LooksChanged();
@@ -256,6 +260,7 @@ private:
   RowId _StageRow(const Instance& instance, RowId parent, RowId next);
   void _MoveRow(RowId row, RowId parent, RowId next);
   void _TellRun();
+  void _NoteEdit();
   [[nodiscard]] std::vector<RowId> _CollectBranch(const Instance& instance);
   void _RemoveRows(std::vector<RowId>& rows);
   void _BeginRow(RowId row, const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight);
@@ -324,7 +329,9 @@ private:
   bool m_haveAllChanged = false;
   bool m_haveRowsChanged = false;
   bool m_isResultIn = false;
+  bool m_haveEdits = false;
   bool m_isSelectionStale = false;
+  bool m_isSelectionReset = false;
 };
 
 }  // namespace qthost
