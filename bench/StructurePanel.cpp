@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -134,12 +135,24 @@ std::vector<const char*> ReadKeys(const guitree::FilteredTree& tree, const du::D
   return keys;
 }
 
+/// A name of its own for each instance, in no order, and with the word that the filter looks for in three of ten.
+void GiveOwnNames(memkernel::Tree& tree)
+{
+  std::mt19937 random(1);
+  const memkernel::TreeBatch batch(tree);
+  for (const InstancePtr& instance : ListInstances(tree)) {
+    const std::string name =
+        std::string("Item ").append(std::to_string(random())).append(random() % 10 < 3 ? " bolt" : "");
+    tree.Rename(GetEditable(instance), du::Symbol(std::string_view(name)));
+  }
+}
+
 /// Three in ten instances match.
-Figures ShowList(std::size_t matches)
+Figures ShowList(std::size_t matches, void (*giveNames)(memkernel::Tree&))
 {
   const std::size_t count = matches * 10 / 3;
   const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, count);
-  GiveFilterNames(*tree);
+  giveNames(*tree);
   StructurePanel panel(tree);
   zelremote::StructureFilterInfo& filter = panel.GetFilter();
   filter.SetText("bolt");
@@ -284,7 +297,8 @@ int main(int argc, char** argv)
   using namespace bench;
   Register("Icon/alone", {100'000, 1'000'000}, [](std::size_t count) { return ChooseIcons(count, false); });
   Register("Icon/scene", {100'000, 1'000'000}, [](std::size_t count) { return ChooseIcons(count, true); });
-  Register("List/sorted", {30'000, 300'000}, ShowList);
+  Register("List/sorted", {30'000, 300'000}, [](std::size_t count) { return ShowList(count, GiveFilterNames); });
+  Register("List/names", {30'000, 300'000}, [](std::size_t count) { return ShowList(count, GiveOwnNames); });
   Register("Switch/bodies", {100'000, 1'000'000}, [](std::size_t count) { return ToggleSwitch(count, ToggleBodies); });
   Register("Switch/collapse", {100'000, 1'000'000},
            [](std::size_t count) { return ToggleSwitch(count, ToggleCollapsing); });

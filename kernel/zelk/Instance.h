@@ -51,4 +51,11 @@ public:
                                          std::set<du::SmartPtr<Instance>>& out);
 };
 
+/// The same object as an instance of an assembly; null for one of another kind, and for null. It goes by the class
+/// number: rows ask this by the million, and it takes less than half the time of a dynamic_cast. Any thread.
+[[nodiscard]] inline const Instance* AsInstance(const BaseInstance* instance)
+{
+  return instance && instance->IsATypeOfId(ClassIdInstance) ? static_cast<const Instance*>(instance) : nullptr;
+}
+
 }  // namespace zelk

@@ -12,7 +12,7 @@ constexpr std::size_t s_slotCount = 1024;
 
 bool IsLaterSibling(const zelk::BaseInstance& instance)
 {
-  const auto* part = dynamic_cast<const zelk::Instance*>(&instance);
+  const auto* part = zelk::AsInstance(&instance);
   return part && part->IsMultiInstancedSibling() && !part->IsFirstMultiInstancedSibling();
 }
 

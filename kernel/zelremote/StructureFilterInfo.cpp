@@ -21,7 +21,7 @@ bool IsPart(const zelk::BaseInstance& instance)
   if (instance.IsBodyInstance()) {
     return false;
   }
-  const auto* part = dynamic_cast<const zelk::Instance*>(&instance);
+  const auto* part = zelk::AsInstance(&instance);
   return part ? !part->HasNoneBodyChildren() : !instance.HasChildren();
 }
 

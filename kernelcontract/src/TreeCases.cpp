@@ -272,6 +272,15 @@ void AnInstanceAloneOfItsProduct_HasNoGroup(KernelUnderTest& kernel)
   }
 }
 
+void AnInstance_IsOneByItsClassNumberToo(KernelUnderTest& kernel)
+{
+  const TestTree tree(kernel);
+
+  for (const Base& instance : Visit(GetTree(kernel))) {
+    EXPECT_EQ(zelk::AsInstance(instance.Get()), dynamic_cast<const zelk::Instance*>(instance.Get()));
+  }
+}
+
 void GetBaseRoot_IsSafeFromAnyThread(KernelUnderTest& kernel)
 {
   std::atomic<bool> isDone{false};
@@ -314,6 +323,7 @@ std::vector<ContractCase> GetTreeCases()
       {"Tree", "AMissingProperty_IsItsFallback", &AMissingProperty_IsItsFallback},
       {"Tree", "SiblingsOfOneProduct_AreMultiInstanced", &SiblingsOfOneProduct_AreMultiInstanced},
       {"Tree", "AnInstanceAloneOfItsProduct_HasNoGroup", &AnInstanceAloneOfItsProduct_HasNoGroup},
+      {"Tree", "AnInstance_IsOneByItsClassNumberToo", &AnInstance_IsOneByItsClassNumberToo},
       {"Tree", "GetBaseRoot_IsSafeFromAnyThread", &GetBaseRoot_IsSafeFromAnyThread},
   };
 }

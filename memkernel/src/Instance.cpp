@@ -22,7 +22,12 @@ public:
 private:
   [[nodiscard]] std::string _GetText() const
   {
-    return std::string(m_key.GetView()).append("/").append(m_subKey.GetView());
+    const std::string_view key = m_key.GetView();
+    const std::string_view subKey = m_subKey.GetView();
+    std::string text;
+    text.reserve(key.size() + 1 + subKey.size());
+    text.append(key).append("/").append(subKey);
+    return text;
   }
 
   du::Symbol m_key;

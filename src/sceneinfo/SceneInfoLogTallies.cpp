@@ -14,7 +14,7 @@ constexpr std::size_t s_shortestKeptList = 17;
 
 [[nodiscard]] bool IsLeftOutOfVisibility(const zelk::BaseInstance& child)
 {
-  const auto* instance = dynamic_cast<const zelk::Instance*>(&child);
+  const auto* instance = zelk::AsInstance(&child);
   return instance && instance->Is3dSymbol();
 }
 

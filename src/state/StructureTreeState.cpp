@@ -139,7 +139,7 @@ zelremote::StructureFilterInfo* StructureTreeState::GetStructureFilter()
 
 bool StructureTreeState::IsInstHidden(zelk::BaseInstance* instance) const
 {
-  const auto* const part = dynamic_cast<const zelk::Instance*>(instance);
+  const auto* const part = zelk::AsInstance(instance);
   if (!part) {
     return false;
   }
@@ -154,7 +154,7 @@ bool StructureTreeState::HasNoneHiddenChildren(const du::SmartPtr<zelk::BaseInst
   if (IsShowingBodies()) {
     return true;
   }
-  const auto* const part = dynamic_cast<const zelk::Instance*>(instance.Get());
+  const auto* const part = zelk::AsInstance(instance.Get());
   return part && part->HasNoneBodyChildren();
 }
 

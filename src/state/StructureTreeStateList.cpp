@@ -24,14 +24,14 @@ using Instance = du::SmartPtr<zelk::BaseInstance>;
 
 using Items = std::vector<Instance>;
 
-/// Stretches of items that are equal in the order, as they stand.
+/// Stretches of items with the same value, as they stand.
 std::vector<std::span<Instance>> FindRuns(Items& items, const ColumnSortOrder& order)
 {
   std::vector<std::span<Instance>> runs;
   for (auto begin = items.begin(); begin != items.end();) {
-    const auto end = std::find_if(begin + 1, items.end(), [&](const Instance& item) {
-      return order(*(&item - 1), item) || order(item, *(&item - 1));
-    });
+    const du::Symbol value = order.GetValue(begin->Get());
+    const auto end =
+        std::find_if(begin + 1, items.end(), [&](const Instance& item) { return order.GetValue(item.Get()) != value; });
     runs.emplace_back(begin, end);
     begin = end;
   }

@@ -142,7 +142,7 @@ Kind ReadKind(const zelk::Instance& instance, bool isCollapsing)
 
 int StructureTreeState::GetUnloadedTypeIcon(const zelk::BaseInstance* instance, const du::SmartPtr<zelk::Scene>& scene)
 {
-  return GetUnloadedTypeIconStatic(InstancePtr(dynamic_cast<const zelk::Instance*>(instance)), scene);
+  return GetUnloadedTypeIconStatic(InstancePtr(zelk::AsInstance(instance)), scene);
 }
 
 int StructureTreeState::GetUnloadedTypeIconStatic(const du::ConstSmartPtr<zelk::Instance>& instance,

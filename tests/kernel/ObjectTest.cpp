@@ -35,6 +35,11 @@ public:
   }
 };
 
+class PlainInstance : public kerneltest::FakeInstance {
+public:
+  const zelk::ClassType& GetClassTypes() const override { return zelk::BaseInstance::CLASS_TYPE; }
+};
+
 TEST(Object, IsOfItsOwnClassAndOfAllItsBases)
 {
   const FakeCompareScene scene;
@@ -103,6 +108,16 @@ TEST(Object, ByDefault_HasNoNameAndKeepsNoUserData)
   EXPECT_FALSE(object.RemoveUserData("key"));
   EXPECT_FALSE(object.AddRefCountedUserData("key", du::MakeSmart<zelk::Anchor>()));
   EXPECT_FALSE(object.GetRefCountedUserData("key"));
+}
+
+TEST(Object, AsInstance_TellsInstancesOfAnAssemblyFromOthers)
+{
+  const kerneltest::FakeInstance instance;
+  const PlainInstance other;
+
+  EXPECT_EQ(zelk::AsInstance(&instance), &instance);
+  EXPECT_EQ(zelk::AsInstance(&other), nullptr);
+  EXPECT_EQ(zelk::AsInstance(nullptr), nullptr);
 }
 
 TEST(Object, TheFamily_CastsDynamically)
