@@ -154,6 +154,8 @@ public:
   [[nodiscard]] TreeController* GetTreeController() const noexcept { return treeController; }
   /// Answers this object for as long as it lives and null afterwards, for those that may outlive it.
   [[nodiscard]] std::shared_ptr<GuiTree* const> GetLiveness() const noexcept { return m_liveness; }
+  /// Counts what takes all rows away, whichever state does it: that of `TreeStateBase`, which adds to it.
+  [[nodiscard]] std::shared_ptr<unsigned int> GetPopulationCounter() const noexcept { return m_populationCounter; }
 
 private:
   friend class SelectionObserver;
@@ -192,6 +194,7 @@ private:
   du::SmartPtr<AssocHlightObserver> assocHlightObserver;
   du::SmartPtr<MySceneManagerObserver> sceneManagerObserver;
   const std::shared_ptr<GuiTree*> m_liveness;
+  const std::shared_ptr<unsigned int> m_populationCounter;
   /// How many bursts of tree events and selection updates have their bracket open.
   int m_openBrackets = 0;
 };

@@ -278,8 +278,9 @@ private:
   bool busy = false;
   bool treeNeedsRedraw = false;
   std::set<zelk::BaseInstance*> assocHlightSet;
-  /// Counts what takes all rows away. The rows of a population that another one has overtaken are not made.
-  unsigned int m_population = 0;
+  /// Counts what takes all rows away, by any state of the panel. The rows of a population that another one has
+  /// overtaken are not made.
+  const std::shared_ptr<unsigned int> m_population;
   /// The population that the visit of a filtered tree under way makes rows for; nothing while none is.
   std::optional<unsigned int> m_visitedPopulation;
   /// Branches that the host has opened from inside that visit, which has their rows behind it: each with its tree, so

@@ -15,7 +15,10 @@
 namespace guitree {
 
 GuiTree::GuiTree(const du::SmartPtr<dom::ManagedObject>& manager)
-    : treeController(new TreeController(this)), managedObject(manager), m_liveness(std::make_shared<GuiTree*>(this))
+    : treeController(new TreeController(this)),
+      managedObject(manager),
+      m_liveness(std::make_shared<GuiTree*>(this)),
+      m_populationCounter(std::make_shared<unsigned int>(0))
 {
 }
 
@@ -36,7 +39,8 @@ GuiTree::GuiTree(const GuiTree& other)
       selectionObserver(other.selectionObserver),
       assocHlightObserver(other.assocHlightObserver),
       sceneManagerObserver(other.sceneManagerObserver),
-      m_liveness(std::make_shared<GuiTree*>(this))
+      m_liveness(std::make_shared<GuiTree*>(this)),
+      m_populationCounter(std::make_shared<unsigned int>(0))
 {
 }
 

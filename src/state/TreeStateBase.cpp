@@ -20,7 +20,10 @@ constexpr dp::ZelTracer s_tracer("guitree", "TreeStateBase");
 }  // namespace
 
 TreeStateBase::TreeStateBase(GuiTree& tree)
-    : guiTree(tree), filterObserver(du::MakeSmart<FilterObserver>(this)), m_livingGuiTree(tree.GetLiveness())
+    : guiTree(tree),
+      filterObserver(du::MakeSmart<FilterObserver>(this)),
+      m_population(tree.GetPopulationCounter()),
+      m_livingGuiTree(tree.GetLiveness())
 {
   guiTree.GetTreeController()->AddObserver(filterObserver);
 }
@@ -156,14 +159,14 @@ bool TreeStateBase::_Refill()
   // The host needs no word about the highlights that this drops: their rows go next.
   assocHlightSet.clear();
   const FormerRows formerRows(notFilteredSet);
-  const unsigned int population = ++m_population;
+  const unsigned int population = ++*m_population;
   _Gui().ClearTree();
   if (!_CanShowRows()) {
     treeNeedsRedraw = true;
     return false;
   }
   // What a population from inside a call above has deferred, or begun, stays as it is.
-  const bool isOvertaken = m_population != population;
+  const bool isOvertaken = *m_population != population;
   if (!isOvertaken) {
     selectionNeedsUpdating = false;
     assocHlightsNeedsUpdating = false;
@@ -197,7 +200,7 @@ void TreeStateBase::_StartFilteredPopulation(structure_utils::TreeFilterInfoBase
   SetBusy(true);
   // Without the properties that it looks at the filter waits, still busy, for the next population. A host that loads
   // them in this call may have come back with one.
-  if (!_Gui().CheckPropsLoaded() || m_population != population) {
+  if (!_Gui().CheckPropsLoaded() || *m_population != population) {
     return;
   }
   guiTree.GetTreeController()->ApplyFilterToTree(filter, this);
@@ -212,7 +215,7 @@ void TreeStateBase::_CreateRows(const zelk::BaseTree& tree, unsigned int populat
   m_goneMeanwhile.emplace();
   du::SmartPtr<zelk::BaseInstance> parent;
   for (const auto& instance : visitor.instances) {
-    if (m_population != population) {
+    if (*m_population != population) {
       break;
     }
     if (m_goneMeanwhile->contains(instance.Get())) {
@@ -284,7 +287,7 @@ void TreeStateBase::Reset()
   const Pin self(this);
   SetBusy(false);
   notFilteredSet.clear();
-  ++m_population;
+  ++*m_population;
   if (!_HasGuiTree()) {
     return;
   }

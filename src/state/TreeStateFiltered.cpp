@@ -16,7 +16,7 @@ void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tre
     return;
   }
   const Pins pins(this, &guiTree);
-  const unsigned int population = m_population;
+  const unsigned int population = *m_population;
   SetBusy(false);
   if (gui && gui == guiTree.GetGuiInterface()) {
     gui->SetTreeCalculating(false);
@@ -27,7 +27,7 @@ void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tre
   du::SmartPtr<FilteredTree> result;
   GetFilteredTree(result);
   // A population from inside the call above has taken the rows over.
-  if (!result || m_population != population) {
+  if (!result || *m_population != population) {
     return;
   }
   RemoveHiddenNotFilteredItems(result);
@@ -80,7 +80,7 @@ void TreeStateBase::_VisitFilteredTreeNode(FilteredTree::Node* node,
 
 bool TreeStateBase::_IsVisitOvertaken() const noexcept
 {
-  return m_visitedPopulation && *m_visitedPopulation != m_population;
+  return m_visitedPopulation && *m_visitedPopulation != *m_population;
 }
 
 bool TreeStateBase::_HasGoneMeanwhile(const zelk::BaseInstance* instance) const
@@ -167,7 +167,7 @@ bool TreeStateBase::ExpandFilterNode(const std::list<zelk::BaseInstance*>& path)
   if (!node || !IsPlaceholder(node->lastChild)) {
     return false;
   }
-  const unsigned int population = m_population;
+  const unsigned int population = *m_population;
   const TreeUpdateScope update(_Gui());
   std::list<FilteredTree::Node*> created;
   // The host may have opened it by itself from inside the call above.

@@ -21,7 +21,7 @@ public:
     }
   }
   /// Goes on with the visit under way; without one, begins one for the rows that are there.
-  explicit VisitScope(TreeStateBase& state) : VisitScope(state, state.m_visitedPopulation.value_or(state.m_population))
+  explicit VisitScope(TreeStateBase& state) : VisitScope(state, state.m_visitedPopulation.value_or(*state.m_population))
   {
   }
   ~VisitScope()

@@ -108,6 +108,28 @@ TEST_P(TreeStateReentrance, TheStateMayBeReplacedWhenItIsAskedForItsFilter)
   EXPECT_EQ(stage.panel.host.TakeCalls(), expected);
 }
 
+TEST(TreeStateReentranceOfTwo, APopulationOfAnotherStateFromInsideARow_OvertakesTheOneUnderWay)
+{
+  Stage stage;
+  const du::SmartPtr<ScriptedTreeState> former = stage.panel.state;
+  std::vector<std::string> callsOfOther;
+  stage.panel.host.onCall = [&](const std::string& call) {
+    if (call.starts_with("InstanceCreate")) {
+      stage.panel.host.onCall = {};
+      static_cast<void>(stage.panel.host.TakeCalls());
+      const auto other = du::MakeSmart<ScriptedTreeState>(*stage.panel.gui);
+      stage.panel.gui->SetTreeState(other);
+      other->PopulateTree(false);
+      callsOfOther = stage.panel.host.TakeCalls();
+    }
+  };
+
+  former->PopulateTree(false);
+
+  EXPECT_THAT(callsOfOther, testing::Contains(testing::StartsWith("InstanceCreate")).Times(3));
+  EXPECT_THAT(stage.panel.host.TakeCalls(), testing::Not(testing::Contains(testing::StartsWith("InstanceCreate"))));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     OfAnyKind, TreeStateReentrance,
     testing::Values(
