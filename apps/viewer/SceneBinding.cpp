@@ -1,0 +1,216 @@
+#include "SceneBinding.h"
+
+#include "memkernel/SelectionManager.h"
+#include "zelk/SelectionObserver.h"
+#include "zelk/ShapeSceneObserver.h"
+
+namespace viewer {
+
+namespace {
+
+using InstanceList = std::set<du::SmartPtr<zelk::Instance>>;
+
+constexpr unsigned int s_selection = zelk::SelectionManager::SelectionList;
+constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
+
+}  // namespace
+
+class SceneBinding::SceneFollower final : public zelk::ShapeSceneObserver {
+public:
+  explicit SceneFollower(ModelScene& drawn) : m_drawn(drawn) {}
+
+  void OnShapeInstanceRemove(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance) override
+  {
+    if (const auto instance = _GetInstance(*shapeInstance)) {
+      m_drawn.Remove(*instance);
+    }
+  }
+  void OnShapeInstanceVisibility(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance, bool visible) override
+  {
+    if (const auto instance = _GetInstance(*shapeInstance)) {
+      m_drawn.SetVisible(*instance, visible);
+    }
+  }
+
+private:
+  [[nodiscard]] static du::SmartPtr<zelk::Instance> _GetInstance(const zelk::ShapeInstance& shapeInstance)
+  {
+    du::SmartPtr<zelk::Instance> instance;
+    shapeInstance.GetInstance(instance);
+    return instance;
+  }
+
+  ModelScene& m_drawn;
+};
+
+/// However much of a list changes in one turn, what is drawn follows once.
+class SceneBinding::ListFollower final : public zelk::SelectionObserver {
+public:
+  explicit ListFollower(QTimer& due) : m_due(due) {}
+
+  void OnEndUpdate() override { m_due.start(); }
+
+private:
+  QTimer& m_due;
+};
+
+SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
+    : m_session(session),
+      m_drawn(drawn),
+      m_feeder(session.GetWorld(), [&drawn](const memkernel::Shape& shape,
+                                            const TopoDS_Shape& drawable) { drawn.PutShape(shape, drawable); }),
+      m_sceneFollower(du::MakeSmart<SceneFollower>(drawn)),
+      m_selectionFollower(du::MakeSmart<ListFollower>(m_selectionDue)),
+      m_associatedFollower(du::MakeSmart<ListFollower>(m_associatedDue))
+{
+  for (QTimer* const due : {&m_selectionDue, &m_associatedDue}) {
+    due->setSingleShot(true);
+    due->setInterval(0);
+  }
+  connect(&m_selectionDue, &QTimer::timeout, this, &SceneBinding::_ShowSelection);
+  connect(&m_associatedDue, &QTimer::timeout, this, &SceneBinding::_ShowAssociated);
+  connect(&session, &Session::Opened, this,
+          [this](const QString& /*file*/, const std::vector<PlacedShape>& shapes) { _Add(shapes); });
+  session.GetScene()->RegisterObserver(
+      *m_sceneFollower, du::Flags(memkernel::ShapeSceneExistence | memkernel::ShapeSceneVisibility), false);
+  session.GetWorld()->selectionManager->RegisterObserver(s_selection, *m_selectionFollower);
+  session.GetWorld()->selectionManager->RegisterObserver(s_associated, *m_associatedFollower);
+}
+
+SceneBinding::~SceneBinding()
+{
+  m_session.GetScene()->UnregisterObserver(*m_sceneFollower);
+  m_session.GetWorld()->selectionManager->UnregisterObserver(s_selection, *m_selectionFollower);
+  m_session.GetWorld()->selectionManager->UnregisterObserver(s_associated, *m_associatedFollower);
+}
+
+void SceneBinding::Follow(ModelView& view)
+{
+  connect(&view, &ModelView::Picked, this, &SceneBinding::_OnPicked);
+  connect(&view, &ModelView::Hovered, this, &SceneBinding::_OnHovered);
+}
+
+void SceneBinding::_Add(const std::vector<PlacedShape>& shapes)
+{
+  for (const PlacedShape& placed : shapes) {
+    m_drawn.Add(placed);
+  }
+  // Asked for after all are known: a load may end at once.
+  for (const PlacedShape& placed : shapes) {
+    m_feeder.Ask(placed.instance->GetProduct()->GetShape(), placed.source);
+  }
+}
+
+du::SmartPtr<memkernel::Instance> SceneBinding::_ChooseRow(const du::SmartPtr<memkernel::Instance>& picked) const
+{
+  if (m_picksBodies || !picked || !picked->IsBodyInstance()) {
+    return picked;
+  }
+  du::SmartPtr<zelk::BaseInstance> part;
+  picked->GetBaseParent(part);
+  return du::DynamicCast<memkernel::Instance>(part);
+}
+
+void SceneBinding::_OnPicked(const du::SmartPtr<memkernel::Instance>& instance, PickMode mode)
+{
+  const du::SmartPtr<zelk::Instance> row = _ChooseRow(instance);
+  memkernel::SelectionManager& manager = m_session.GetWorld()->GetMemSelectionManager();
+  if (mode == PickMode::Replace) {
+    manager.ApplyInstances(s_selection, {row}, zelk::SelectionManager::OperationSet);
+  } else if (row) {
+    manager.ApplyInstances(s_selection, {row}, zelk::SelectionManager::OperationToggle);
+  }
+}
+
+void SceneBinding::_OnHovered(const du::SmartPtr<memkernel::Instance>& instance)
+{
+  const du::SmartPtr<memkernel::Instance> row = _ChooseRow(instance);
+  m_session.GetWorld()->GetMemSelectionManager().ApplyInstances(s_associated, {row},
+                                                                zelk::SelectionManager::OperationSet);
+  Q_EMIT PointedAt(row ? QString::fromUtf8(row->GetObjectName().GetView()) : QString());
+}
+
+InstanceList SceneBinding::_GetListed(unsigned int list) const
+{
+  InstanceList listed;
+  m_session.GetWorld()->selectionManager->GetSelectedInstances(list, listed, zelk::ExpandRuleInstances);
+  return listed;
+}
+
+ModelScene::InstanceSet SceneBinding::_GetListedWithDescendents(unsigned int list) const
+{
+  InstanceList all;
+  zelk::Instance::GetInstancesAndDescendents(_GetListed(list), all);
+  ModelScene::InstanceSet instances;
+  for (const auto& instance : all) {
+    instances.insert(instance.Get());
+  }
+  return instances;
+}
+
+void SceneBinding::_ShowSelection()
+{
+  m_drawn.SetSelected(_GetListedWithDescendents(s_selection));
+  Q_EMIT SelectionChanged();
+}
+
+void SceneBinding::_ShowAssociated()
+{
+  m_drawn.SetAssociated(_GetListedWithDescendents(s_associated));
+}
+
+void SceneBinding::SelectNothing()
+{
+  m_session.GetWorld()->selectionManager->ApplyItems(s_selection, {}, zelk::SelectionManager::OperationSet);
+}
+
+void SceneBinding::SetVisible(const InstanceList& instances, bool isVisible)
+{
+  InstanceList all;
+  zelk::Instance::GetInstancesAndDescendents(instances, all);
+  memkernel::ShapeScene& scene = *m_session.GetScene();
+  const memkernel::ShapeSceneBatch batch(scene);
+  for (const auto& instance : all) {
+    scene.SetVisible(scene.FindShapeInstance(instance.Get()), isVisible);
+  }
+}
+
+void SceneBinding::HideSelected()
+{
+  SetVisible(_GetListed(s_selection), false);
+}
+
+void SceneBinding::ShowSelected()
+{
+  SetVisible(_GetListed(s_selection), true);
+}
+
+void SceneBinding::ShowOnlySelected()
+{
+  const InstanceList selected = _GetListed(s_selection);
+  if (selected.empty()) {
+    return;
+  }
+  InstanceList shown;
+  zelk::Instance::GetInstancesAndDescendents(selected, shown);
+  InstanceList others;
+  zelk::Instance::GetInstancesAndDescendents({m_session.GetWorld()->GetMemTree().GetRootInstance()}, others);
+  memkernel::ShapeScene& scene = *m_session.GetScene();
+  const memkernel::ShapeSceneBatch batch(scene);
+  for (const auto& instance : others) {
+    scene.SetVisible(scene.FindShapeInstance(instance.Get()), shown.contains(instance));
+  }
+}
+
+void SceneBinding::ShowAll()
+{
+  SetVisible({m_session.GetWorld()->GetMemTree().GetRootInstance()}, true);
+}
+
+std::size_t SceneBinding::GetSelectedCount() const
+{
+  return m_session.GetWorld()->selectionManager->GetSelectedCount(
+      s_selection, zelk::SelectionManager::GetInstanceTypes(), zelk::ExpandRuleInstances);
+}
+
+}  // namespace viewer

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <set>
+#include <vector>
+
+#include "ModelScene.h"
+#include "ModelView.h"
+#include "PlacedShape.h"
+#include "Session.h"
+#include "ShapeFeeder.h"
+#include "du/SmartPtr.h"
+
+namespace viewer {
+
+/// Keeps what is drawn as the kernel's scene and selection have it, and hands what is pointed at in the windows over to
+/// the selection. Ends before the session and the drawn scene.
+class SceneBinding final : public QObject {
+  Q_OBJECT
+
+public:
+  SceneBinding(Session& session, ModelScene& drawn);
+  SceneBinding(const SceneBinding&) = delete;
+  SceneBinding& operator=(const SceneBinding&) = delete;
+  ~SceneBinding() override;
+
+  /// What is picked and hovered in `view` comes to the selection from now on.
+  void Follow(ModelView& view);
+  /// Without bodies what is picked is the part.
+  void SetPickingBodies(bool on) { m_picksBodies = on; }
+
+  void SelectNothing();
+  /// These work on what is selected, with all that is below it, and do nothing without a selection.
+  void HideSelected();
+  void ShowSelected();
+  void ShowOnlySelected();
+  void ShowAll();
+  /// All that is in the scene at these instances and below them.
+  void SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
+
+  [[nodiscard]] std::size_t GetSelectedCount() const;
+  [[nodiscard]] std::size_t GetLoadingCount() const noexcept { return m_feeder.GetWaitingCount(); }
+
+Q_SIGNALS:
+  void SelectionChanged();
+  /// An empty name: nothing is pointed at.
+  void PointedAt(const QString& name);
+
+private:
+  class SceneFollower;
+  class ListFollower;
+
+  void _Add(const std::vector<PlacedShape>& shapes);
+  void _OnPicked(const du::SmartPtr<memkernel::Instance>& instance, PickMode mode);
+  void _OnHovered(const du::SmartPtr<memkernel::Instance>& instance);
+  void _ShowSelection();
+  void _ShowAssociated();
+  [[nodiscard]] du::SmartPtr<memkernel::Instance> _ChooseRow(const du::SmartPtr<memkernel::Instance>& picked) const;
+  [[nodiscard]] std::set<du::SmartPtr<zelk::Instance>> _GetListed(unsigned int list) const;
+  [[nodiscard]] ModelScene::InstanceSet _GetListedWithDescendents(unsigned int list) const;
+
+  Session& m_session;
+  ModelScene& m_drawn;
+  ShapeFeeder m_feeder;
+  du::SmartPtr<SceneFollower> m_sceneFollower;
+  du::SmartPtr<ListFollower> m_selectionFollower;
+  du::SmartPtr<ListFollower> m_associatedFollower;
+  QTimer m_selectionDue;
+  QTimer m_associatedDue;
+  bool m_picksBodies = true;
+};
+
+}  // namespace viewer

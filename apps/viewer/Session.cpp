@@ -1,0 +1,204 @@
+#include "Session.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "memkernel/InstanceFlags.h"
+#include "stepimport/Import.h"
+#include "stepimport/Scene.h"
+
+namespace viewer {
+
+namespace {
+
+/// Reading takes one worker for as long as it lasts; loads and filters must go on beside it.
+unsigned int ChooseWorkers()
+{
+  return std::clamp(std::thread::hardware_concurrency() + 1, 3U, 8U);
+}
+
+std::filesystem::path ToPath(const QString& file)
+{
+  std::error_code error;
+  const std::filesystem::path path = std::filesystem::absolute(file.toStdString(), error);
+  const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
+  return error ? path : canonical;
+}
+
+QString ToText(const std::filesystem::path& file)
+{
+  return QString::fromStdString(file.string());
+}
+
+}  // namespace
+
+Session::Session()
+    : m_world(du::MakeSmart<memkernel::World>(ChooseWorkers())),
+      m_driver([loop = m_world->GetLoopPtr()] { loop->RunDue(); }),
+      m_readingLane(m_world->GetMemTaskPool().CreateLane()),
+      m_scene(m_world->CreateShapeScene(m_world->selectionManager))
+{
+  m_world->GetLoop().SetWakeUp(m_driver.MakeWakeUp());
+  m_world->InstallForProcess();
+  memkernel::Tree& tree = m_world->GetMemTree();
+  m_root = tree.CreateRoot(tree.CreateProduct({.name = "Files", .flags = memkernel::InstancePlainIcon}));
+}
+
+Session::~Session()
+{
+  if (m_reading) {
+    m_reading->Forget();
+    m_reading->Cancel();
+  }
+  m_follower.Reset();
+  m_world->Shutdown();
+}
+
+void Session::Open(const QStringList& files)
+{
+  for (const QString& file : files) {
+    const std::filesystem::path path = ToPath(file);
+    if (_IsKnown(path)) {
+      Q_EMIT Failed(tr("%1: is open already").arg(ToText(path)));
+    } else {
+      m_waiting.push_back(path);
+    }
+  }
+  if (!m_reading) {
+    _ReadNext();
+  }
+}
+
+bool Session::_IsKnown(const std::filesystem::path& file) const
+{
+  return m_files.contains(file) || (m_reading && m_reading->GetFile() == file)
+         || std::find(m_waiting.begin(), m_waiting.end(), file) != m_waiting.end();
+}
+
+void Session::_ReadNext()
+{
+  if (m_waiting.empty()) {
+    return;
+  }
+  const std::filesystem::path file = m_waiting.front();
+  m_waiting.pop_front();
+  m_reading = du::MakeSmart<FileReading>(
+      file, m_world->GetLoopPtr(),
+      [this](int percent, const std::string& stage) {
+        Q_EMIT ReadingProgressed(percent, QString::fromStdString(stage));
+      },
+      [this](stepimport::ReadResult result) { _OnRead(std::move(result)); });
+  Q_EMIT ReadingBegan(ToText(file), static_cast<qsizetype>(m_waiting.size()));
+  m_world->GetMemTaskPool().InsertTaskInLane(m_reading, m_readingLane);
+}
+
+void Session::CancelReading()
+{
+  m_waiting.clear();
+  if (m_reading) {
+    m_reading->Cancel();
+  }
+}
+
+void Session::_OnRead(stepimport::ReadResult result)
+{
+  const std::filesystem::path file = std::exchange(m_reading, {})->GetFile();
+  if (result.ok) {
+    _Fill(file, result);
+  } else if (!result.cancelled) {
+    Q_EMIT Failed(QString::fromStdString(result.error));
+  }
+  _ReadNext();
+  if (!m_reading) {
+    Q_EMIT ReadingEnded();
+  }
+}
+
+void Session::_Fill(const std::filesystem::path& file, const stepimport::ReadResult& result)
+{
+  memkernel::Tree& tree = m_world->GetMemTree();
+  const auto top = stepimport::FillTree(result.assembly, result.shapes, tree, m_root);
+  if (!top) {
+    Q_EMIT Failed(tr("%1: unfolds to more than %L2 parts").arg(ToText(file)).arg(stepimport::MaxInstances));
+    return;
+  }
+  m_files.emplace(file, top);
+  const std::vector<PlacedShape> shapes = FindPlacedShapes(result.assembly, result.shapes, top);
+  stepimport::AddToScene(*m_scene, top);
+  Q_EMIT Opened(ToText(file), shapes);
+  if (!result.warnings.empty()) {
+    QStringList messages;
+    for (const std::string& warning : result.warnings) {
+      messages += QString::fromStdString(warning);
+    }
+    Q_EMIT Warned(messages);
+  }
+}
+
+void Session::CloseAll()
+{
+  CancelReading();
+  {
+    const memkernel::TreeBatch batch(m_world->GetMemTree());
+    for (const auto& [file, top] : m_files) {
+      m_world->GetMemTree().Remove(top);
+    }
+  }
+  m_files.clear();
+  Q_EMIT Closed();
+}
+
+QStringList Session::GetOpenFiles() const
+{
+  QStringList files;
+  for (const auto& [file, top] : m_files) {
+    files += ToText(file);
+  }
+  return files;
+}
+
+du::SmartPtr<memkernel::ShapeView> Session::AddView()
+{
+  const auto view = du::MakeSmart<memkernel::ShapeView>(m_scene);
+  m_views.push_back(view);
+  if (m_views.size() == 1) {
+    ActivateView(view);
+  }
+  return view;
+}
+
+void Session::RemoveView(const du::SmartPtr<memkernel::ShapeView>& view)
+{
+  if (std::erase(m_views, view) == 0) {
+    return;
+  }
+  if (view == m_activeView) {
+    ActivateView(m_views.empty() ? nullptr : m_views.front());
+  }
+  if (m_follower) {
+    m_follower->OnViewRemoved(view);
+  }
+}
+
+void Session::ActivateView(const du::SmartPtr<memkernel::ShapeView>& view)
+{
+  if (view == m_activeView) {
+    return;
+  }
+  m_activeView = view;
+  if (m_follower) {
+    m_follower->OnActiveViewChanged(view);
+  }
+}
+
+void Session::SetFollower(const du::SmartPtr<Follower>& follower)
+{
+  m_follower = follower;
+  if (m_follower) {
+    m_follower->OnSceneAdded(m_scene);
+    m_follower->OnActiveViewChanged(m_activeView);
+  }
+}
+
+}  // namespace viewer
