@@ -1,0 +1,225 @@
+#include <gmock/gmock.h>
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QUrl>
+
+#include "support/Stage.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using viewertest::s_hinge;
+using viewertest::s_leaf;
+using viewertest::s_pump;
+using viewertest::s_pumpParts;
+
+class Opening : public viewertest::Stage {
+protected:
+  /// A file in a folder that lives as long as the test.
+  QString Write(const QString& name, const QByteArray& bytes)
+  {
+    QFile file(m_folder.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return file.fileName();
+  }
+  [[nodiscard]] std::string GetMessages() const { return window->GetMessages().GetMessages().join('\n').toStdString(); }
+  [[nodiscard]] std::size_t GetDrawnCount() { return window->GetModel().GetDrawnCount(); }
+
+private:
+  QTemporaryDir m_folder;
+};
+
+TEST_F(Opening, Open_OfAFile_DrawsAllItsParts)
+{
+  Open({s_pump});
+
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts);
+  EXPECT_EQ(window->GetModel().GetShownCount(), s_pumpParts);
+  EXPECT_TRUE(window->GetMessages().isHidden());
+  EXPECT_EQ(window->windowTitle(), "nested-assembly.stp - guitree-viewer");
+}
+
+TEST_F(Opening, Open_OfSeveralFiles_DrawsThemTogether)
+{
+  Open({s_leaf, s_pump});
+
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts + 1);
+  EXPECT_EQ(window->GetSession().GetOpenFiles().size(), 2);
+}
+
+TEST_F(Opening, Open_OfAnotherFile_AddsIt)
+{
+  Open({s_leaf});
+  Open({s_pump});
+
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts + 1);
+}
+
+TEST_F(Opening, Open_OfAFileThatMakesNoSense_SaysWhyAndLeavesTheRest)
+{
+  Open({s_leaf});
+  const QString bad = Write("bad.stp", "This is no STEP file.\n");
+
+  Open({bad});
+
+  EXPECT_EQ(GetMessages().rfind(bad.toStdString() + ": ", 0), 0U) << GetMessages();
+  EXPECT_TRUE(window->GetMessages().isVisible());
+  EXPECT_EQ(GetDrawnCount(), 1U);
+  EXPECT_EQ(window->GetSession().GetOpenFiles(), QStringList{s_leaf});
+}
+
+TEST_F(Opening, Open_OfABadFileBetweenGoodOnes_OpensTheGoodOnes)
+{
+  Open({s_leaf, Write("empty.stp", ""), s_pump});
+
+  EXPECT_NE(GetMessages().find("empty.stp: is empty"), std::string::npos) << GetMessages();
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts + 1);
+}
+
+TEST_F(Opening, Open_OfAMissingFile_SaysSo)
+{
+  Open({"/no/such.stp"});
+
+  EXPECT_EQ(GetMessages(), "/no/such.stp: does not exist");
+  EXPECT_EQ(GetDrawnCount(), 0U);
+}
+
+TEST_F(Opening, Open_OfAFileThatIsOpen_SaysSoAndOpensItOnce)
+{
+  Open({s_leaf});
+
+  Open({s_leaf});
+
+  EXPECT_EQ(GetMessages(), s_leaf.toStdString() + ": is open already");
+  EXPECT_EQ(GetDrawnCount(), 1U);
+}
+
+TEST_F(Opening, Open_OfAFileWithAMissingReference_ShowsItAndWarns)
+{
+  Open({s_hinge});
+
+  EXPECT_NE(GetMessages().find("'pin.stp'"), std::string::npos) << GetMessages();
+  EXPECT_EQ(GetDrawnCount(), 2U);
+}
+
+TEST_F(Opening, CloseOfTheMessages_HidesThem)
+{
+  Open({"/no/such.stp"});
+
+  QTest::mouseClick(window->findChild<QToolButton*>("closeMessages"), Qt::LeftButton);
+
+  EXPECT_TRUE(window->GetMessages().isHidden());
+  EXPECT_EQ(GetMessages(), "");
+}
+
+TEST_F(Opening, CancelWhileReading_LeavesWhatWasOpen)
+{
+  Open({s_leaf});
+  QObject::connect(&window->GetSession(), &viewer::Session::ReadingBegan, window.get(),
+                   [this] { QTest::mouseClick(window->findChild<QToolButton*>("cancelReading"), Qt::LeftButton); });
+
+  Open({s_pump, s_hinge});
+
+  EXPECT_EQ(window->GetSession().GetOpenFiles(), QStringList{s_leaf});
+  EXPECT_EQ(GetDrawnCount(), 1U);
+  EXPECT_EQ(GetMessages(), "");
+  EXPECT_TRUE(window->findChild<QWidget*>("reading")->isHidden());
+}
+
+TEST_F(Opening, Open_AfterACancel_Reads)
+{
+  const auto cancel = QObject::connect(&window->GetSession(), &viewer::Session::ReadingBegan, window.get(),
+                                       [this] { window->GetSession().CancelReading(); });
+  Open({s_pump});
+  ASSERT_EQ(GetDrawnCount(), 0U);
+  QObject::disconnect(cancel);
+
+  Open({s_pump});
+
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts);
+}
+
+TEST_F(Opening, Reading_ShowsHowFarItIs)
+{
+  int most = 0;
+  bool wasSeen = false;
+  QObject::connect(&window->GetSession(), &viewer::Session::ReadingProgressed, window.get(), [&](int percent) {
+    most = std::max(most, percent);
+    wasSeen = wasSeen || window->findChild<QProgressBar*>()->isVisible();
+  });
+
+  Open({s_pump});
+
+  EXPECT_TRUE(wasSeen);
+  EXPECT_GT(most, 50);
+}
+
+TEST_F(Opening, CloseAll_LeavesNothing)
+{
+  Open({s_leaf, s_pump});
+
+  Press(Qt::CTRL | Qt::Key_W);
+
+  EXPECT_EQ(GetDrawnCount(), 0U);
+  EXPECT_THAT(window->GetSession().GetOpenFiles(), IsEmpty());
+  EXPECT_EQ(window->windowTitle(), "guitree-viewer");
+}
+
+TEST_F(Opening, Close_WhileShapesAreLoading_LeavesNothing)
+{
+  window->Open({s_pump});
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the file");
+
+  window->GetSession().CloseAll();
+  WaitForShapes();
+
+  EXPECT_EQ(GetDrawnCount(), 0U);
+}
+
+TEST_F(Opening, Open_OfWhatWasClosed_DrawsItAgain)
+{
+  Open({s_pump});
+  window->GetSession().CloseAll();
+
+  Open({s_pump});
+
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts);
+}
+
+TEST_F(Opening, Drop_OfFiles_OpensThem)
+{
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(s_leaf), QUrl("https://example.org/no.stp")});
+  QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window.get(), &enter);
+  QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window.get(), &drop);
+
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the file");
+  WaitForShapes();
+
+  EXPECT_TRUE(enter.isAccepted());
+  EXPECT_EQ(window->GetSession().GetOpenFiles(), QStringList{s_leaf});
+}
+
+TEST_F(Opening, End_OfTheWindowWhileReading_WaitsForTheReader)
+{
+  window->Open({s_pump, s_hinge});
+  ASSERT_TRUE(window->GetSession().IsReading());
+
+  window.reset();
+
+  EXPECT_EQ(window, nullptr);
+}
+
+}  // namespace

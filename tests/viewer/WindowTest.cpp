@@ -1,0 +1,97 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QAction>
+#include <QMenu>
+#include <QSettings>
+#include <QTest>
+
+#include "support/Stage.h"
+
+namespace {
+
+using testing::ElementsAre;
+using viewertest::s_leaf;
+using viewertest::s_pump;
+
+class Window : public viewertest::Stage {
+protected:
+  /// Closes the window and starts with another one.
+  void Restart()
+  {
+    window->close();
+    window = std::make_unique<viewer::MainWindow>();
+    Show();
+  }
+  QMenu* GetRecentMenu() { return FindAction("Open Recent")->menu(); }
+};
+
+TEST_F(Window, DarkBackground_IsSeenAndRemembered)
+{
+  FindAction("Dark Background")->setChecked(false);
+  Settle();
+  ASSERT_GT(ColorAt({5, 5}).lightness(), 200);
+
+  FindAction("Dark Background")->trigger();
+  Settle();
+  EXPECT_LT(ColorAt({5, 5}).lightness(), 80);
+
+  Restart();
+  EXPECT_TRUE(FindAction("Dark Background")->isChecked());
+  Settle();
+  EXPECT_LT(ColorAt({5, 5}).lightness(), 80);
+}
+
+TEST_F(Window, Size_IsRemembered)
+{
+  window->resize(777, 555);
+  Settle();
+
+  Restart();
+
+  EXPECT_EQ(window->size(), QSize(777, 555));
+}
+
+TEST_F(Window, RecentFiles_AreRememberedNewestFirst)
+{
+  Open({s_leaf, s_pump});
+
+  Restart();
+
+  const QList<QAction*> actions = GetRecentMenu()->actions();
+  ASSERT_GE(actions.size(), 2);
+  EXPECT_EQ(actions[0]->toolTip(), s_pump);
+  EXPECT_EQ(actions[1]->toolTip(), s_leaf);
+}
+
+TEST_F(Window, ARecentFile_OpensWhenItIsChosen)
+{
+  Open({s_leaf});
+  Restart();
+
+  GetRecentMenu()->actions().front()->trigger();
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the file");
+
+  EXPECT_EQ(window->GetSession().GetOpenFiles(), QStringList{s_leaf});
+}
+
+TEST_F(Window, FilesThatFail_AreNotRemembered)
+{
+  Open({"/no/such.stp"});
+
+  EXPECT_FALSE(GetRecentMenu()->isEnabled());
+}
+
+TEST_F(Window, AllThatCanBeUsed_HasANameForThoseWhoCannotSeeIt)
+{
+  window->GetSession().Failed("bad.stp: is empty");
+  for (QWidget* const widget : window->findChildren<QWidget*>()) {
+    if (widget->focusPolicy() != Qt::NoFocus && widget->isVisible()) {
+      const QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(widget);
+      EXPECT_TRUE(accessible != nullptr && !accessible->text(QAccessible::Name).isEmpty())
+          << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+#include "support/Stage.h"
+
+#include <QAction>
+#include <QSettings>
+#include <QTest>
+
+#include "zelk/BaseInstance.h"
+
+namespace viewertest {
+
+namespace {
+
+using BasePtr = du::SmartPtr<zelk::BaseInstance>;
+
+constexpr int s_patienceMs = 60'000;
+
+BasePtr GetNext(const BasePtr& from)
+{
+  BasePtr next;
+  from->GetBaseFirstChild(next);
+  for (BasePtr above = from; !next && above; above->GetBaseParent(above)) {
+    above->GetBaseNextSibling(next);
+  }
+  return next;
+}
+
+}  // namespace
+
+void Stage::SetUp()
+{
+  QSettings().clear();
+  window = std::make_unique<viewer::MainWindow>();
+  window->resize(900, 700);
+  Show();
+}
+
+// Keys go to the active window, and no window manager is there to make it that.
+void Stage::Show()
+{
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+}
+
+void Stage::TearDown()
+{
+  window.reset();
+}
+
+void Stage::WaitFor(const std::function<bool()>& isReached, const char* what)
+{
+  ASSERT_TRUE(QTest::qWaitFor(isReached, s_patienceMs)) << "waited too long for " << what;
+}
+
+void Stage::Open(const QStringList& files)
+{
+  window->Open(files);
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the files");
+  WaitForShapes();
+}
+
+void Stage::WaitForShapes()
+{
+  WaitFor([this] { return window->GetBinding().GetLoadingCount() == 0 && !window->GetModel().IsAtWork(); },
+          "the shapes");
+  Settle();
+}
+
+// Longer than the pause between two drawings.
+void Stage::Settle()
+{
+  QTest::qWait(120);
+}
+
+du::SmartPtr<zelk::Instance> Stage::Find(const std::string& name)
+{
+  for (BasePtr instance = window->GetSession().GetWorld()->GetMemTree().GetRootInstance(); instance;
+       instance = GetNext(instance)) {
+    auto found = du::DynamicCast<memkernel::Instance>(instance);
+    if (found && found->GetObjectName().GetView() == name) {
+      return found;
+    }
+  }
+  ADD_FAILURE() << "there is no " << name;
+  return {};
+}
+
+QPoint Stage::PlaceOf(const std::string& name, std::size_t view)
+{
+  gp_Pnt center;
+  const auto instance = Find(name);
+  EXPECT_TRUE(instance && window->GetModel().FindCenter(*instance, center)) << name << " is not drawn";
+  return View(view).Project(center);
+}
+
+QColor Stage::ColorAt(const QPoint& place, std::size_t view)
+{
+  const QImage image = View(view).Capture();
+  EXPECT_TRUE(image.rect().contains(place)) << place.x() << ", " << place.y();
+  return image.pixelColor(place);
+}
+
+std::set<std::string> Stage::GetSelected(unsigned int list)
+{
+  std::set<du::SmartPtr<zelk::Instance>> instances;
+  window->GetSession().GetWorld()->selectionManager->GetSelectedInstances(list, instances, zelk::ExpandRuleInstances);
+  std::set<std::string> names;
+  for (const auto& instance : instances) {
+    names.emplace(instance->GetObjectName().GetView());
+  }
+  return names;
+}
+
+void Stage::Select(const std::string& name)
+{
+  window->GetSession().GetWorld()->GetMemSelectionManager().ApplyInstances(
+      zelk::SelectionManager::SelectionList, {Find(name)}, zelk::SelectionManager::OperationSet);
+  Settle();
+}
+
+bool Stage::IsVisible(const std::string& name)
+{
+  const auto shape = window->GetSession().GetScene()->FindShapeInstance(Find(name).Get());
+  return shape && shape->IsVisible();
+}
+
+QAction* Stage::FindAction(const QString& text)
+{
+  for (QAction* const action : window->findChildren<QAction*>()) {
+    if (action->text().remove('&') == text) {
+      return action;
+    }
+  }
+  ADD_FAILURE() << "there is no action " << text.toStdString();
+  return nullptr;
+}
+
+void Stage::Click(const QPoint& place, Qt::KeyboardModifiers modifiers, std::size_t view)
+{
+  QTest::mouseClick(&View(view), Qt::LeftButton, modifiers, place);
+  Settle();
+}
+
+void Stage::Press(QKeyCombination keys)
+{
+  QTest::keyClick(&View(), keys.key(), keys.keyboardModifiers());
+  Settle();
+}
+
+}  // namespace viewertest

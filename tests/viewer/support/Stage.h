@@ -1,0 +1,58 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QColor>
+#include <QImage>
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "MainWindow.h"
+
+namespace viewertest {
+
+inline const QString s_pump = SAMPLES_DIR "/nested-assembly.stp";
+inline const QString s_leaf = SAMPLES_DIR "/external-references/leaf.stp";
+inline const QString s_hinge = SAMPLES_DIR "/external-references/hinge.stp";
+/// What is drawn of the pump: its frame, eight parts of two sets, three bodies, and fourteen washers.
+inline constexpr std::size_t s_pumpParts = 26;
+
+/// A main window on the screen, with the settings of a first start.
+class Stage : public testing::Test {
+protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  void Show();
+  /// Runs the event loop until `isReached`; a failure if that takes too long.
+  void WaitFor(const std::function<bool()>& isReached, const char* what);
+  /// Until the files are read and all that can be drawn of them is.
+  void Open(const QStringList& files);
+  void WaitForShapes();
+  /// Until everything that was begun is on the screen.
+  void Settle();
+
+  [[nodiscard]] viewer::ModelView& View(std::size_t number = 0) { return *window->GetViews().at(number); }
+  /// The first one of that name in the order of the tree.
+  [[nodiscard]] du::SmartPtr<zelk::Instance> Find(const std::string& name);
+  /// Where the middle of an instance is seen.
+  [[nodiscard]] QPoint PlaceOf(const std::string& name, std::size_t view = 0);
+  /// The colour that is seen there.
+  [[nodiscard]] QColor ColorAt(const QPoint& place, std::size_t view = 0);
+  /// The names of what is selected, in order.
+  [[nodiscard]] std::set<std::string> GetSelected(unsigned int list = zelk::SelectionManager::SelectionList);
+  void Select(const std::string& name);
+  [[nodiscard]] bool IsVisible(const std::string& name);
+  QAction* FindAction(const QString& text);
+  void Click(const QPoint& place, Qt::KeyboardModifiers modifiers = Qt::NoModifier, std::size_t view = 0);
+  void Press(QKeyCombination keys);
+
+  std::unique_ptr<viewer::MainWindow> window;
+};
+
+}  // namespace viewertest
