@@ -88,6 +88,8 @@ public:
   [[nodiscard]] Node* GetFirstFilteredNode() { return firstFilteredNode; }
   /// What the filter has counted; 0 after a run of nothing but the hidden pass.
   [[nodiscard]] unsigned int GetNumInsts() const { return numInsts; }
+  /// How many instances passed the filter, each counted once, unlike in `GetNumInsts`. Constant cost.
+  [[nodiscard]] std::size_t GetNumMatchedItems() const noexcept { return matchedItems.GetCount(); }
   /// The number of nodes of the hidden-filter tree, placeholders included; 0 without one. Counted by the first call.
   [[nodiscard]] unsigned int GetNumHfInsts();
   /// The node of an instance, found along the chain of its parents: the two topmost instances of the chain both stand

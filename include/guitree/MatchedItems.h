@@ -27,6 +27,7 @@ public:
     m_marks[place] = true;
   }
   [[nodiscard]] bool IsEmpty() const noexcept { return m_count == 0; }
+  [[nodiscard]] std::size_t GetCount() const noexcept { return m_count; }
   /// Replaces `out` with the marked instances of `record`, which costs their number and, where their addresses do not
   /// ascend, a search each.
   void CopyTo(Set& out, const InstanceList& record) const;
