@@ -2,7 +2,7 @@
 # asking for one whose package is missing stops the configuration instead of quietly building less.
 
 find_package(OpenCASCADE QUIET CONFIG)
-find_package(Qt6 QUIET COMPONENTS Core Gui Widgets)
+find_package(Qt6 QUIET COMPONENTS Core Gui Widgets Svg)
 find_package(CLI11 QUIET CONFIG)
 find_package(utf8proc QUIET MODULE)
 find_package(GTest QUIET CONFIG)
