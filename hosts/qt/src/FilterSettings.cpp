@@ -135,6 +135,12 @@ du::DualSymbol FilterSettings::CompleteColumn(const du::DualSymbol& column)
                     : du::DualSymbol(zelk::BaseInstanceDynamicPropertiesCache::s_GroupName, column.GetSecond());
 }
 
+// The keys, by which a list is in order otherwise, tell users nothing.
+du::DualSymbol FilterSettings::GetSortColumn() const
+{
+  return isList && sortColumn == du::DualSymbol() ? GetNameColumn() : sortColumn;
+}
+
 bool FilterSettings::HasCriterion() const
 {
   return LooksForText(*this) || selectedOnly || issuesOnly || partsOnly || visibility != Visibility::Any;
@@ -150,8 +156,7 @@ void FilterSettings::ApplyTo(zelremote::StructureFilterInfo& filter) const
   filter.SetShowSiblings(showsSiblings);
   filter.listMode = isList ? 1 : 0;
   filter.SetDynamicUpdate(follows);
-  // The keys, by which a list is in order otherwise, tell users nothing.
-  filter.SetSortColumn(isList && sortColumn == du::DualSymbol() ? GetNameColumn() : sortColumn);
+  filter.SetSortColumn(GetSortColumn());
   filter.SetSortDirection(isAscending);
   filter.hideBodies = !guitree::WorldTreeState::IsShowingBodies();
   filter.collapseInstances = guitree::WorldTreeState::IsCollapsingInstances();

@@ -277,7 +277,7 @@ void GuiTreePanel::_ShowSort()
 {
   const auto& properties = m_model.GetPropertyColumns();
   const auto order = m_filter.isAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
-  if (m_filter.sortColumn == FilterSettings::GetNameColumn()) {
+  if (m_filter.GetSortColumn() == FilterSettings::GetNameColumn()) {
     m_view->ShowSort(GuiTreeItemModel::NameColumn, order);
     return;
   }

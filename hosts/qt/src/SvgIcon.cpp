@@ -37,8 +37,9 @@ public:
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
   {
-    const qreal ratio = painter->device() ? painter->device()->devicePixelRatio() : 1;
-    painter->drawPixmap(rect, pixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state));
+    // The device of a painter may be a widget, whatever its pixels end up in.
+    const QRectF drawn = painter->deviceTransform().mapRect(QRectF(rect));
+    painter->drawPixmap(rect, pixmap(drawn.size().toSize(), mode, state));
   }
 
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/) override

@@ -43,6 +43,8 @@ struct FilterSettings {
   /// The column with the group that an empty one stands for.
   [[nodiscard]] static du::DualSymbol CompleteColumn(const du::DualSymbol& column);
 
+  /// What rows are sorted by: a list without a column is by name.
+  [[nodiscard]] du::DualSymbol GetSortColumn() const;
   /// Whether anything is looked for, so that rows are matches, or beside or above one.
   [[nodiscard]] bool HasCriterion() const;
   /// Makes the filter one of these settings. A list, or an order, without a criterion is had by a filter that
