@@ -124,5 +124,18 @@ TEST_F(AccessToAPanel, OtherPalette_RecoloursThePictures)
   EXPECT_NE(stage.GetAction(Command::Hide).icon().pixmap(16).toImage(), before);
 }
 
+TEST_F(AccessToAPanel, PictureOfTheApplication_TakesThePlaceOfThePanelsOwn)
+{
+  QPixmap drawn(16, 16);
+  drawn.fill(Qt::magenta);
+  const QIcon own(drawn);
+
+  stage.panel.SetPictureMaker([&](int typeIcon, const QPalette& /*palette*/) { return typeIcon == 3 ? own : QIcon(); });
+
+  EXPECT_EQ(stage.FindIndex("rod").data(Qt::DecorationRole).value<QIcon>().cacheKey(), own.cacheKey());
+  EXPECT_FALSE(stage.FindIndex("root").data(Qt::DecorationRole).value<QIcon>().isNull());
+  EXPECT_NE(stage.FindIndex("root").data(Qt::DecorationRole).value<QIcon>().cacheKey(), own.cacheKey());
+}
+
 }  // namespace
 }  // namespace qthosttest

@@ -146,6 +146,19 @@ TEST_F(CommandsOfAPanel, ExpandBranch_OpensAllBelow)
   EXPECT_FALSE(stage.GetView().isExpanded(stage.FindIndex("plate")));
 }
 
+TEST_F(CommandsOfAPanel, Branches_OfRowsAboveEachOtherAreOpenedAndClosedOnce)
+{
+  stage.Select({"root", "frame", "bar"});
+
+  stage.GetAction(Command::CollapseBranch).trigger();
+  const auto collapsed = stage.GetExpanded();
+  stage.GetAction(Command::ExpandBranch).trigger();
+
+  EXPECT_THAT(collapsed, IsEmpty());
+  EXPECT_THAT(stage.GetExpanded(), ElementsAre("root", "plate", "frame", "bar"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !stage.GetView().visualRect(stage.FindIndex("pin")).isEmpty(); }));
+}
+
 TEST_F(CommandsOfAPanel, Copy_CopiesTheNamesInTheOrderOfTheRows)
 {
   stage.Select({"rod", "pin", "nut"});

@@ -28,7 +28,7 @@ FilterMenu::FilterMenu(QWidget* parent) : QMenu(parent)
   addSeparator();
   _AddPresentation();
   addSeparator();
-  m_clear = addAction(tr("C&lear the filter"), this, &FilterMenu::ClearChosen);
+  m_clear = addAction(tr("Clea&r the filter"), this, &FilterMenu::ClearChosen);
   m_clear->setToolTip(tr("Look for nothing, and show all rows"));
   _FillColumns();
 }
@@ -40,7 +40,7 @@ void FilterMenu::_AddTextChoices()
   _AddFlag(*this, tr("Match &case"), tr("Tell upper and lower case apart"), &FilterSettings::matchesCase);
   _AddFlag(*this, tr("Whole &words"), tr("Find the words of the text as whole words alone"),
            &FilterSettings::matchesWholeWords);
-  m_searchMenu = addMenu(tr("Sear&ch in"));
+  m_searchMenu = addMenu(tr("Search &in"));
   m_searchMenu->setObjectName(QStringLiteral("searchMenu"));
 }
 
@@ -50,7 +50,7 @@ void FilterMenu::_AddCriteria()
   _AddVisibility(tr("Only &visible"), tr("Show only what is visible in the scene"),
                  FilterSettings::Visibility::Visible);
   _AddVisibility(tr("Only &hidden"), tr("Show only what is hidden in the scene"), FilterSettings::Visibility::Hidden);
-  _AddFlag(*this, tr("Only with an &issue"), tr("Show only what has failed: shapes, and files that could not be read"),
+  _AddFlag(*this, tr("Only with an iss&ue"), tr("Show only what has failed: shapes, and files that could not be read"),
            &FilterSettings::issuesOnly, true);
   _AddFlag(*this, tr("Only &parts"), tr("Show only what has no children, or bodies alone"), &FilterSettings::partsOnly,
            true);

@@ -1,6 +1,7 @@
 #include "qthost/GuiTreePanel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QAction>
 #include <QEvent>
@@ -134,6 +135,12 @@ void GuiTreePanel::SetVisibilityHook(VisibilityHook hook)
 void GuiTreePanel::SetProductReader(ProductReader reader)
 {
   m_commands->SetProductReader(std::move(reader));
+}
+
+void GuiTreePanel::SetPictureMaker(PictureMaker maker)
+{
+  m_pictureMaker = std::move(maker);
+  _RefreshTypeIcons();
 }
 
 void GuiTreePanel::SetFilter(const FilterSettings& settings)
@@ -343,8 +350,16 @@ void GuiTreePanel::_RefreshIcons()
   m_showBodies->setIcon(MakeSvgIcon(QStringLiteral("bodies"), palette()));
   m_collapse->setIcon(MakeSvgIcon(QStringLiteral("collapse-instances"), palette()));
   m_focusFilter->setIcon(MakeSvgIcon(QStringLiteral("filter"), palette()));
+  _RefreshTypeIcons();
+}
+
+void GuiTreePanel::_RefreshTypeIcons()
+{
   const auto icons = std::make_shared<TypeIconSet>(palette());
-  m_model.SetIconProvider([icons](int typeIcon) { return icons->GetIcon(typeIcon); });
+  m_model.SetIconProvider([icons, make = m_pictureMaker, colours = palette()](int typeIcon) {
+    const QIcon own = make ? make(typeIcon, colours) : QIcon();
+    return own.isNull() ? icons->GetIcon(typeIcon) : own;
+  });
 }
 
 void GuiTreePanel::SaveSettings(QSettings& settings) const

@@ -225,16 +225,12 @@ void RowCommands::_SelectProduct()
 
 void RowCommands::_ExpandBranch()
 {
-  for (const QModelIndex& row : m_view.GetChosenRows()) {
-    m_view.ExpandBranch(row);
-  }
+  m_view.SetBranchesExpanded(m_view.GetChosenRows(), true);
 }
 
 void RowCommands::_CollapseBranch()
 {
-  for (const QModelIndex& row : m_view.GetChosenRows()) {
-    m_view.CollapseBranch(row);
-  }
+  m_view.SetBranchesExpanded(m_view.GetChosenRows(), false);
 }
 
 void RowCommands::_CopyName()

@@ -1,6 +1,9 @@
 #include "StructureView.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -34,6 +37,21 @@ void SortByPlace(std::vector<QModelIndex>& rows)
                  [](const QModelIndex& row) { return std::pair(GetPlace(row), row); });
   std::sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::transform(places.begin(), places.end(), rows.begin(), [](const auto& place) { return place.second; });
+}
+
+/// Those rows that are below no other one.
+std::vector<QModelIndex> FindTopmost(const std::vector<QModelIndex>& rows)
+{
+  const std::set<QModelIndex> all(rows.begin(), rows.end());
+  std::vector<QModelIndex> topmost;
+  std::copy_if(rows.begin(), rows.end(), std::back_inserter(topmost), [&all](const QModelIndex& row) {
+    QModelIndex above = row.parent();
+    while (above.isValid() && !all.contains(above)) {
+      above = above.parent();
+    }
+    return !above.isValid();
+  });
+  return topmost;
 }
 
 }  // namespace
@@ -76,23 +94,18 @@ std::vector<QModelIndex> StructureView::GetChosenRows() const
   return rows;
 }
 
-void StructureView::ExpandBranch(const QModelIndex& index)
+void StructureView::SetBranchesExpanded(const std::vector<QModelIndex>& rows, bool isExpanded)
 {
-  expandRecursively(index);
-}
-
-void StructureView::CollapseBranch(const QModelIndex& index)
-{
-  // With a layout due the view only notes what is collapsed.
+  // With a layout due the view only notes what is expanded.
   scheduleDelayedItemsLayout();
-  std::vector<QModelIndex> open{index};
+  std::vector<QModelIndex> open = FindTopmost(rows);
   while (!open.empty()) {
     const QModelIndex next = open.back();
     open.pop_back();
-    if (!model()->hasChildren(next)) {
+    if (!model()->hasChildren(next) || (isExpanded && model()->canFetchMore(next))) {
       continue;
     }
-    collapse(next);
+    setExpanded(next, isExpanded);
     for (int row = 0; row < model()->rowCount(next); ++row) {
       open.push_back(model()->index(row, GuiTreeItemModel::NameColumn, next));
     }

@@ -18,9 +18,8 @@ public:
 
   /// What is selected, in the order of the rows; the current row where nothing is.
   [[nodiscard]] std::vector<QModelIndex> GetChosenRows() const;
-  void ExpandBranch(const QModelIndex& index);
-  /// With all that is below it, at the cost of one layout.
-  void CollapseBranch(const QModelIndex& index);
+  /// Opens or closes these rows with all that is below them, at the cost of one layout. Placeholders stay closed.
+  void SetBranchesExpanded(const std::vector<QModelIndex>& rows, bool isExpanded);
   /// The widths that the user has chosen; empty while the columns share the room by themselves.
   [[nodiscard]] std::vector<int> GetWidths() const;
   /// Columns that come later take theirs then. Without widths, or with one that cannot be, the columns share the room.

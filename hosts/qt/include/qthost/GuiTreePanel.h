@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include <QIcon>
+#include <QPalette>
 #include <QWidget>
 
 #include "du/Symbol.h"
@@ -52,7 +54,7 @@ class VisibilityDelegate;
 /// - Keyboard: Ctrl+F goes to the filter line, Enter there filters at once, Escape clears it, Down leads to the rows;
 ///   there Space shows and hides what is selected, Ctrl+C copies names. Everything else is in the menus, which Tab and
 ///   the menu key reach.
-/// - The panel gives the model its pictures (`TypeIconSet`), in the colours of its palette.
+/// - The panel gives the model its icon provider, which draws in the colours of the panel's palette (`TypeIconSet`).
 class GuiTreePanel : public QWidget {
   Q_OBJECT
 
@@ -62,6 +64,8 @@ public:
   using VisibilityHook = std::function<bool(const Instances& instances, bool isVisible)>;
   /// Names the product of an instance; empty for none.
   using ProductReader = std::function<du::Symbol(const zelk::BaseInstance& instance)>;
+  /// Makes the picture of a type icon, in the colours of a palette; null for the panel's own.
+  using PictureMaker = std::function<QIcon(int typeIcon, const QPalette& palette)>;
 
   /// What the panel offers as an action, in the order of its menu.
   enum class Command : unsigned char {
@@ -93,6 +97,10 @@ public:
   /// What "select all of this product" goes by, asked for every instance of the tree. Null, as at the start: the
   /// property "Product Name", or the name of the object where there is none.
   void SetProductReader(ProductReader reader);
+
+  /// For type icons that the application has added, or draws otherwise; null, as at the start, for none. Asked whenever
+  /// a row is painted.
+  void SetPictureMaker(PictureMaker maker);
 
   /// What the user has chosen, apart from text that is still being typed.
   [[nodiscard]] const FilterSettings& GetFilter() const noexcept { return m_filter; }
@@ -135,6 +143,7 @@ private:
   void _ConnectControls();
   void _ConnectModel();
   void _RefreshIcons();
+  void _RefreshTypeIcons();
   void _RefreshColumns();
   void _TakeFilter();
   void _ApplyFilter() const;
@@ -162,6 +171,7 @@ private:
   QAction* m_focusFilter = nullptr;
   QAction* m_showBodies = nullptr;
   QAction* m_collapse = nullptr;
+  PictureMaker m_pictureMaker;
   FilterSettings m_filter;
   bool m_isGivingWay = false;
 };
