@@ -1,6 +1,7 @@
 #include "Rows.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace systemtest {
 
@@ -55,6 +56,24 @@ std::vector<std::string> Rows::ToText() const
   std::vector<std::string> text;
   _AddText(nullptr, "", text);
   return text;
+}
+
+std::vector<std::string> Rows::SortSiblings(const std::vector<std::string>& text)
+{
+  // Each line behind all those that it stands below.
+  std::vector<std::pair<std::vector<std::string>, std::string>> paths;
+  std::vector<std::string> path;
+  for (const std::string& line : text) {
+    path.resize(line.find_first_not_of(' ') / 2);
+    path.push_back(line);
+    paths.emplace_back(path, line);
+  }
+  std::sort(paths.begin(), paths.end());
+  std::vector<std::string> sorted;
+  for (const auto& [place, line] : paths) {
+    sorted.push_back(line);
+  }
+  return sorted;
 }
 
 std::vector<BasePtr> Rows::ListFrom(const BasePtr& parent)

@@ -48,6 +48,8 @@ public:
   /// A line for each row, in order, with all that it shows.
   [[nodiscard]] std::vector<std::string> ToText() const;
 
+  /// Such lines with the rows below each one sorted.
+  [[nodiscard]] static std::vector<std::string> SortSiblings(const std::vector<std::string>& text);
   /// The kernel's parents, from `parent` up.
   [[nodiscard]] static std::vector<BasePtr> ListFrom(const BasePtr& parent);
   [[nodiscard]] static std::string NameOf(const zelk::BaseInstance& instance);

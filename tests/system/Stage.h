@@ -9,6 +9,7 @@
 #include "Kernels.h"
 #include "Listeners.h"
 #include "PanelModel.h"
+#include "SecondHost.h"
 #include "State.h"
 #include "TreeHost.h"
 #include "hostcheck/ProtocolChecker.h"
@@ -26,6 +27,8 @@ public:
     bool hasThreads = false;
     /// A fault that the host has on purpose.
     std::function<bool(const zelk::BaseInstance& instance)> losesRow;
+    /// Makes a host that is compared as well; empty for none.
+    std::function<std::unique_ptr<SecondHost>()> makeSecondHost{};
   };
 
   explicit Stage(const Options& options);
@@ -81,6 +84,7 @@ private:
   void _SetCollapse(bool on);
   void _SetResults(const Event& event);
   void _OpenBranch();
+  [[nodiscard]] bool _Open(const InstancePtr& root);
   void _BeginBatch();
   void _EndBatch();
 
@@ -100,6 +104,10 @@ private:
   void _StopListeningTo(Place& place);
   void _Compare();
   void _NoteSituations();
+  void _CompareRows(const std::vector<std::string>& rows, const std::vector<std::string>& expected);
+  void _CompareSecond(std::vector<std::string> expected);
+  /// Whether rows stand in the order of the kernel's tree.
+  [[nodiscard]] bool _IsInOrder(const std::vector<std::string>& rows) const;
   void _CompareFlags();
   void _CompareLogs();
   void _Fail(const std::string& what);
@@ -121,7 +129,9 @@ private:
   testsupport::DisplaySwitches m_switches;
   Kernel m_kernel;
   TreeHost m_host;
-  hostcheck::ProtocolChecker m_checker{&m_host};
+  std::unique_ptr<SecondHost> m_second;
+  TwinHost m_twin{&m_host};
+  hostcheck::ProtocolChecker m_checker{&m_twin};
   du::SmartPtr<guitree::GuiTree> m_gui;
   du::SmartPtr<State> m_state;
   std::vector<Place> m_places;

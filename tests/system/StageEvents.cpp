@@ -198,11 +198,11 @@ void Stage::_OpenBranch()
   if (m_kernel.HasThreads()) {
     const Rows::Row* const row = m_host.rows.Find(root.Get());
     if (row && row->canBeOpened) {
-      m_state->ExpandFilterNode({root.Get()});
+      static_cast<void>(_Open(root));
     }
   } else if (m_model->CanOpenBranch()) {
     _Say("# OpenBranch: expand " + _PathOf(*root));
-    if (!m_state->ExpandFilterNode({root.Get()})) {
+    if (!_Open(root)) {
       _Fail("a placeholder that cannot be opened");
     }
     if (Rows::Row* const row = m_host.rows.Find(root.Get())) {
@@ -212,6 +212,11 @@ void Stage::_OpenBranch()
   } else if (m_model->IsBusy() && m_state->ExpandFilterNode({root.Get()})) {
     _Fail("a branch was opened during a job");
   }
+}
+
+bool Stage::_Open(const InstancePtr& root)
+{
+  return m_second ? m_second->Open(*root) : m_state->ExpandFilterNode({root.Get()});
 }
 
 }  // namespace systemtest

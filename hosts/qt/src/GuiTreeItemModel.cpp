@@ -9,6 +9,26 @@
 
 namespace qthost {
 
+namespace {
+
+// Qt keeps indexes in a hash table, by the sum of what is in them and without any mixing: rows whose numbers follow
+// each other would stand in one long run there, which is searched with each index that goes. A multiple of a large odd
+// number is spread, and can be taken back.
+constexpr std::uint32_t s_factor = 0x9E3779B1U;
+
+constexpr std::uint32_t Invert(std::uint32_t odd)
+{
+  std::uint32_t inverse = odd;
+  for (int i = 0; i < 4; ++i) {
+    inverse *= 2U - odd * inverse;
+  }
+  return inverse;
+}
+
+static_assert(s_factor * Invert(s_factor) == 1U);
+
+}  // namespace
+
 GuiTreeItemModel::GuiTreeItemModel(QObject* parent) : QAbstractItemModel(parent), m_rows(std::make_unique<RowTable>())
 {
 }
@@ -121,7 +141,8 @@ QModelIndex GuiTreeItemModel::index(int row, int column, const QModelIndex& pare
   if (row < 0 || column < 0 || column >= columnCount() || row >= rowCount(parent)) {
     return {};
   }
-  return createIndex(row, column, quintptr{m_rows->GetChild(_GetRow(parent), static_cast<std::size_t>(row))});
+  const auto position = static_cast<std::size_t>(row);
+  return _CreateIndex(position, column, m_rows->GetChild(_GetRow(parent), position));
 }
 
 QModelIndex GuiTreeItemModel::parent(const QModelIndex& child) const
@@ -198,7 +219,12 @@ std::list<zelk::BaseInstance*> GuiTreeItemModel::_GetPath(RowId row) const
 
 GuiTreeItemModel::RowId GuiTreeItemModel::_GetRow(const QModelIndex& index) const
 {
-  return index.isValid() ? static_cast<RowId>(index.internalId()) : RowTable::s_top;
+  return index.isValid() ? static_cast<RowId>(index.internalId()) * Invert(s_factor) : RowTable::s_top;
+}
+
+QModelIndex GuiTreeItemModel::_CreateIndex(std::size_t position, int column, RowId row) const
+{
+  return createIndex(static_cast<int>(position), column, quintptr{row * s_factor});
 }
 
 QModelIndex GuiTreeItemModel::_MakeIndex(RowId row, int column) const
@@ -206,7 +232,7 @@ QModelIndex GuiTreeItemModel::_MakeIndex(RowId row, int column) const
   if (row == RowTable::s_top) {
     return {};
   }
-  return createIndex(static_cast<int>(m_rows->GetPosition(row)), column, quintptr{row});
+  return _CreateIndex(m_rows->GetPosition(row), column, row);
 }
 
 // One sort finds all neighbours, wherever they stand.

@@ -210,6 +210,15 @@ void GuiTreeItemModel::CurrentViewChanged()
 // ends: a long chain of them is climbed once and not for each row.
 GuiTreeItemModel::RowId GuiTreeItemModel::_FindRowAbove(const Instance& parent)
 {
+  if (m_lastRow != RowTable::s_top && parent) {
+    const RowId beside = m_rows->GetParent(m_lastRow);
+    if (m_rows->GetInstance(beside) == parent) {
+      return beside;
+    }
+    if (m_rows->GetInstance(m_lastRow) == parent) {
+      return m_lastRow;
+    }
+  }
   if (const RowId row = m_rows->Find(parent.Get()); row != RowTable::s_none) {
     return row;
   }
@@ -308,7 +317,8 @@ GuiTreeItemModel::RowId GuiTreeItemModel::_PutRow(const Instance& instance, RowI
     return _StageRow(instance, parent, next);
   }
   if (next == RowTable::s_none) {
-    return m_rows->Append(instance, parent);
+    m_lastRow = m_rows->Append(instance, parent);
+    return m_lastRow;
   }
   const RowId row = m_rows->Make(instance, parent);
   m_rows->Link(parent, m_rows->GetPosition(next), {&row, 1});
@@ -451,6 +461,7 @@ void GuiTreeItemModel::_RemoveRows(std::vector<RowId>& rows)
     return;
   }
   m_above.clear();
+  m_lastRow = RowTable::s_top;
   m_haveRowsChanged = true;
   m_rows->FinishFilling();
   _NoteEdit();
@@ -495,8 +506,9 @@ void GuiTreeItemModel::_EndReset()
     return;
   }
   m_rows->FinishFilling();
+  m_lastRow = RowTable::s_top;
   m_isResetting = false;
-  m_isSelectionStale = true;
+  m_isSelectionStale = m_isSelectionStale || guitree::WorldTreeState::IsCollapsingInstances();
   m_isSelectionReset = true;
   m_haveRowsChanged = true;
   endResetModel();
@@ -505,6 +517,7 @@ void GuiTreeItemModel::_EndReset()
 void GuiTreeItemModel::_Clear()
 {
   m_above.clear();
+  m_lastRow = RowTable::s_top;
   m_rows->Clear();
   m_selected.clear();
   m_selectionChanged.clear();
@@ -520,7 +533,7 @@ void GuiTreeItemModel::_Settle()
   _EndReset();
   _TellRun();
   _TellChanges();
-  if (m_isSelectionStale) {
+  if (m_isSelectionStale || m_isSelectionReset) {
     _ReadSelection();
   }
   _TellSelection();

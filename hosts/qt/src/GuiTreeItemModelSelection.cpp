@@ -121,23 +121,31 @@ void GuiTreeItemModel::_Deselect()
   }
 }
 
+// A row that comes asks for itself, as `TreeSelectionController::ContainsItem` would answer; later the panel knows
+// which rows stand for what is selected.
 void GuiTreeItemModel::_ReadSelection()
 {
-  m_isSelectionStale = false;
+  const bool asksPanel = std::exchange(m_isSelectionStale, false);
   guitree::GuiTree* const panel = GetPanel();
   guitree::TreeStateBase* const state = panel ? panel->GetTreeState() : nullptr;
-  const auto controller = state ? state->GetSelController(false) : std::exchange(m_controller, nullptr);
+  const auto ofRows = std::exchange(m_controller, nullptr);
+  const auto controller = state ? state->GetSelController(false) : ofRows;
   _Deselect();
   std::set<du::SmartPtr<zelk::BaseInstance>> selected;
   if (controller) {
     controller->GetSelectedInstances(selected);
   }
-  for (const zelk::BaseInstance* instance : FindInstances(state, {selected.begin(), selected.end()})) {
+  const auto select = [this](const zelk::BaseInstance* instance) {
     if (const RowId row = m_rows->Find(instance); row != RowTable::s_none) {
       _SetSelected(row, true);
     }
+  };
+  if (!asksPanel) {
+    std::for_each(selected.begin(), selected.end(), [&](const Instance& instance) { select(instance.Get()); });
+    return;
   }
-  m_controller = nullptr;
+  const std::set<zelk::BaseInstance*> standing = FindInstances(state, {selected.begin(), selected.end()});
+  std::for_each(standing.begin(), standing.end(), select);
 }
 
 // A row that was changed twice is as it was.

@@ -9,6 +9,7 @@ namespace qthost {
 namespace {
 
 constexpr std::size_t s_fewestSlots = 16;
+constexpr std::uint8_t s_noTag = 0;
 // From this many children on positions are put right later, when they have gone too far.
 constexpr std::size_t s_longTail = 512;
 constexpr std::size_t s_furthestShift = 1024;
@@ -27,7 +28,7 @@ void RowTable::Clear()
   m_rows.emplace_back();
   m_free.clear();
   m_children.clear();
-  std::fill(m_slots.begin(), m_slots.end(), s_top);
+  std::fill(m_tags.begin(), m_tags.end(), s_noTag);
   m_isFilling = true;
 }
 
@@ -64,8 +65,9 @@ RowTable::Id RowTable::Find(const zelk::BaseInstance* instance) const
     return s_none;
   }
   const std::size_t last = m_slots.size() - 1;
-  for (std::size_t slot = _GetSlot(instance); m_slots[slot] != s_top; slot = (slot + 1) & last) {
-    if (m_rows[m_slots[slot]].instance.Get() == instance) {
+  const auto [first, tag] = _GetKey(instance);
+  for (std::size_t slot = first; m_tags[slot] != s_noTag; slot = (slot + 1) & last) {
+    if (m_tags[slot] == tag && m_rows[m_slots[slot]].instance.Get() == instance) {
       return m_slots[slot];
     }
   }
@@ -190,15 +192,17 @@ void RowTable::Erase(Id row)
 
 std::size_t RowTable::GetBytes() const
 {
-  return m_rows.capacity() * sizeof(Row)
-         + (m_free.capacity() + m_children.capacity() + m_slots.capacity()) * sizeof(Id);
+  return m_rows.capacity() * sizeof(Row) + (m_free.capacity() + m_children.capacity() + m_slots.capacity()) * sizeof(Id)
+         + m_tags.capacity();
 }
 
-// The high bits of the product depend on all bits of the address.
-std::size_t RowTable::_GetSlot(const zelk::BaseInstance* instance) const
+// The high bits of the product depend on all bits of the address; those behind them make the tag.
+RowTable::Key RowTable::_GetKey(const zelk::BaseInstance* instance) const
 {
   constexpr std::uint64_t s_golden = 0x9E3779B97F4A7C15U;
-  return static_cast<std::size_t>((std::bit_cast<std::uintptr_t>(instance) * s_golden) >> m_slotShift);
+  const std::uint64_t product = std::bit_cast<std::uintptr_t>(instance) * s_golden;
+  return {static_cast<std::size_t>(product >> m_slotShift),
+          static_cast<std::uint8_t>((product >> (m_slotShift - 7)) | 0x80U)};
 }
 
 void RowTable::_Enter(Id row)
@@ -214,18 +218,19 @@ void RowTable::_Enter(Id row)
 void RowTable::_Leave(const zelk::BaseInstance* instance)
 {
   const std::size_t last = m_slots.size() - 1;
-  std::size_t gap = _GetSlot(instance);
+  std::size_t gap = _GetKey(instance).slot;
   while (m_rows[m_slots[gap]].instance.Get() != instance) {
     gap = (gap + 1) & last;
   }
-  for (std::size_t slot = (gap + 1) & last; m_slots[slot] != s_top; slot = (slot + 1) & last) {
-    const std::size_t wanted = _GetSlot(m_rows[m_slots[slot]].instance.Get());
+  for (std::size_t slot = (gap + 1) & last; m_tags[slot] != s_noTag; slot = (slot + 1) & last) {
+    const std::size_t wanted = _GetKey(m_rows[m_slots[slot]].instance.Get()).slot;
     if (((slot - wanted) & last) >= ((slot - gap) & last)) {
       m_slots[gap] = m_slots[slot];
+      m_tags[gap] = m_tags[slot];
       gap = slot;
     }
   }
-  m_slots[gap] = s_top;
+  m_tags[gap] = s_noTag;
 }
 
 void RowTable::_GrowSlots(std::size_t count)
@@ -235,6 +240,7 @@ void RowTable::_GrowSlots(std::size_t count)
     return;
   }
   m_slots.assign(size, s_top);
+  m_tags.assign(size, s_noTag);
   m_slotShift = 64U - static_cast<unsigned int>(std::countr_zero(size));
   for (Id id = 1; id < m_rows.size(); ++id) {
     if (m_rows[id].instance) {
@@ -246,11 +252,12 @@ void RowTable::_GrowSlots(std::size_t count)
 void RowTable::_Place(Id row)
 {
   const std::size_t last = m_slots.size() - 1;
-  std::size_t slot = _GetSlot(m_rows[row].instance.Get());
-  while (m_slots[slot] != s_top) {
+  auto [slot, tag] = _GetKey(m_rows[row].instance.Get());
+  while (m_tags[slot] != s_noTag) {
     slot = (slot + 1) & last;
   }
   m_slots[slot] = row;
+  m_tags[slot] = tag;
 }
 
 // A list that has no room left moves to the end. What it leaves behind is little beside what is there, since it doubles

@@ -92,7 +92,13 @@ private:
     std::uint8_t marks = 0;
   };
 
-  [[nodiscard]] std::size_t _GetSlot(const zelk::BaseInstance* instance) const;
+  /// Where the search for an instance begins, and what its slot is marked with.
+  struct Key {
+    std::size_t slot;
+    std::uint8_t tag;
+  };
+
+  [[nodiscard]] Key _GetKey(const zelk::BaseInstance* instance) const;
   void _Enter(Id row);
   void _Leave(const zelk::BaseInstance* instance);
   void _GrowSlots(std::size_t count);
@@ -106,8 +112,10 @@ private:
   std::vector<Row> m_rows;
   std::vector<Id> m_free;
   std::vector<Id> m_children;
-  /// A hash table of rows by their instances, 0 where there is none.
+  /// A hash table of rows by their instances. What is in a slot is told by a tag of its own, 0 for nothing: it saves
+  /// nearly all looks at rows, which lie all over the memory.
   std::vector<Id> m_slots;
+  std::vector<std::uint8_t> m_tags;
   unsigned int m_slotShift = 0;
   bool m_isFilling = true;
 };

@@ -247,6 +247,7 @@ private:
 
   // Rows.
   [[nodiscard]] RowId _GetRow(const QModelIndex& index) const;
+  [[nodiscard]] QModelIndex _CreateIndex(std::size_t position, int column, RowId row) const;
   /// Invalid for the top.
   [[nodiscard]] QModelIndex _MakeIndex(RowId row, int column = NameColumn) const;
   [[nodiscard]] RowId _FindRowAbove(const Instance& parent);
@@ -306,6 +307,8 @@ private:
   IconProvider m_iconProvider;
   VisibilitySetter m_visibilitySetter;
   std::unordered_map<const zelk::BaseInstance*, Above> m_above;
+  /// The row that came last to a population; 0 outside of one.
+  RowId m_lastRow = 0;
   Run m_run;
   /// All rows that are not told yet, those below the run included.
   std::vector<RowId> m_staged;
