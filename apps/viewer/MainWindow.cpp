@@ -20,6 +20,7 @@ namespace {
 constexpr const char* s_geometryKey = "window/geometry";
 constexpr const char* s_stateKey = "window/state";
 constexpr const char* s_darkKey = "view/dark";
+constexpr int s_structureWidth = 380;
 constexpr const char* s_folderKey = "open/folder";
 
 struct NamedDirection {
@@ -58,6 +59,7 @@ QStringList GetLocalFiles(const QMimeData& data)
 
 MainWindow::MainWindow()
     : m_binding(m_session, m_model),
+      m_structure(std::make_unique<StructureDock>(m_session, m_binding)),
       m_splitter(new QSplitter(Qt::Horizontal)),
       m_messages(new MessageBar()),
       m_reading(new ReadingBar()),
@@ -73,7 +75,10 @@ MainWindow::MainWindow()
   setCentralWidget(content);
   statusBar()->addPermanentWidget(m_reading);
   statusBar()->addPermanentWidget(m_counts);
+  m_counts->setObjectName("counts");
   m_splitter->setChildrenCollapsible(false);
+  addDockWidget(Qt::LeftDockWidgetArea, m_structure.get());
+  resizeDocks({m_structure.get()}, {s_structureWidth}, Qt::Horizontal);
   _AddView();
   _MakeMenus();
   _ConnectSession();
@@ -82,9 +87,10 @@ MainWindow::MainWindow()
   _UpdateCounts();
 }
 
-// The views go before what they look at.
+// The panel and the views go before what they look at.
 MainWindow::~MainWindow()
 {
+  m_structure.reset();
   delete takeCentralWidget();
 }
 
@@ -148,7 +154,12 @@ void MainWindow::_MakeFileMenu()
 void MainWindow::_MakeSelectionMenu()
 {
   QMenu& menu = *menuBar()->addMenu(tr("&Selection"));
-  m_needSelection += _AddAction(menu, tr("Select &Nothing"), Qt::Key_Escape, [this] { m_binding.SelectNothing(); });
+  QAction* const selectNothing =
+      _AddAction(menu, tr("Select &Nothing"), Qt::Key_Escape, [this] { m_binding.SelectNothing(); });
+  // In the panel the key clears the filter.
+  selectNothing->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  m_splitter->addAction(selectNothing);
+  m_needSelection += selectNothing;
   menu.addSeparator();
   m_needSelection += _AddAction(menu, tr("&Hide"), Qt::CTRL | Qt::Key_H, [this] { m_binding.HideSelected(); });
   m_needSelection += _AddAction(menu, tr("&Show"), Qt::CTRL | Qt::Key_J, [this] { m_binding.ShowSelected(); });
@@ -176,6 +187,11 @@ void MainWindow::_MakeViewMenu()
   m_dark->setCheckable(true);
   m_dark->setShortcut(Qt::CTRL | Qt::Key_D);
   connect(m_dark, &QAction::toggled, this, &MainWindow::_SetDark);
+  menu.addSeparator();
+  menu.addAction(m_structure->toggleViewAction());
+  menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::FocusFilter));
+  menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::ShowBodies));
+  menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::CollapseInstances));
 }
 
 void MainWindow::Open(const QStringList& files)
@@ -297,12 +313,13 @@ void MainWindow::_UpdateCounts()
 
 void MainWindow::_Restore()
 {
-  const QSettings settings;
+  QSettings settings;
   if (!restoreGeometry(settings.value(s_geometryKey).toByteArray())) {
     resize(1200, 800);
   }
   restoreState(settings.value(s_stateKey).toByteArray());
   m_dark->setChecked(settings.value(s_darkKey, IsPaletteDark()).toBool());
+  m_structure->RestoreSettings(settings);
 }
 
 void MainWindow::_Store() const
@@ -311,6 +328,7 @@ void MainWindow::_Store() const
   settings.setValue(s_geometryKey, saveGeometry());
   settings.setValue(s_stateKey, saveState());
   settings.setValue(s_darkKey, m_dark->isChecked());
+  m_structure->SaveSettings(settings);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

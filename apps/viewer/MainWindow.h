@@ -14,6 +14,7 @@
 #include "RecentFiles.h"
 #include "SceneBinding.h"
 #include "Session.h"
+#include "StructureDock.h"
 
 namespace viewer {
 
@@ -34,6 +35,7 @@ public:
   [[nodiscard]] Session& GetSession() noexcept { return m_session; }
   [[nodiscard]] ModelScene& GetModel() noexcept { return m_model; }
   [[nodiscard]] SceneBinding& GetBinding() noexcept { return m_binding; }
+  [[nodiscard]] StructureDock& GetStructure() noexcept { return *m_structure; }
   [[nodiscard]] const MessageBar& GetMessages() const noexcept { return *m_messages; }
   /// One or two, the first one first.
   [[nodiscard]] std::vector<ModelView*> GetViews() const;
@@ -68,6 +70,7 @@ private:
   Session m_session;
   ModelScene m_model;
   SceneBinding m_binding;
+  std::unique_ptr<StructureDock> m_structure;
   QSplitter* const m_splitter;
   MessageBar* const m_messages;
   ReadingBar* const m_reading;

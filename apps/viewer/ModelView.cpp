@@ -67,7 +67,7 @@ ModelView::ModelView(ModelScene& scene, QWidget* parent)
   setAccessibleDescription(tr("Drag to turn, Shift and drag to move, wheel to zoom, click to select"));
   m_redraw.setSingleShot(true);
   m_redraw.setInterval(s_redrawMs);
-  connect(&m_redraw, &QTimer::timeout, this, qOverload<>(&QWidget::update));
+  connect(&m_redraw, &QTimer::timeout, this, &ModelView::_Update);
   connect(&scene, &ModelScene::Changed, this, &ModelView::_Redraw);
   connect(&scene, &ModelScene::ContentChanged, this, &ModelView::_OnContentChanged);
   m_view->ChangeRenderingParams().NbMsaaSamples = s_samples;
@@ -99,6 +99,7 @@ void ModelView::paintEvent(QPaintEvent* /*event*/)
     m_isFitDue = false;
     m_view->FitAll(s_fitMargin, false);
   }
+  m_isStale = false;
   m_view->InvalidateImmediate();
   m_view->Redraw();
 }
@@ -108,7 +109,7 @@ void ModelView::resizeEvent(QResizeEvent* /*event*/)
   if (m_isOpen) {
     m_view->MustBeResized();
     m_isFitDue = m_isFitDue || m_showsAll;
-    update();
+    _Update();
   }
 }
 
@@ -125,11 +126,17 @@ void ModelView::_Redraw()
   }
 }
 
+void ModelView::_Update()
+{
+  m_isStale = true;
+  update();
+}
+
 void ModelView::FitAll()
 {
   m_showsAll = true;
   m_isFitDue = true;
-  update();
+  _Update();
 }
 
 void ModelView::LookFrom(Direction direction)
@@ -145,7 +152,7 @@ void ModelView::SetDark(bool isDark)
   const Quantity_Color bottom = isDark ? MakeColor(20, 22, 26) : MakeColor(208, 215, 224);
   m_view->SetBgGradientColors(top, bottom, Aspect_GFM_VER, false);
   m_view->Invalidate();
-  update();
+  _Update();
 }
 
 QPoint ModelView::_ToPixels(const QPointF& place) const
@@ -169,7 +176,12 @@ du::SmartPtr<memkernel::Instance> ModelView::FindAt(const QPoint& place)
   const QPoint pixel = _ToPixels(place);
   const Handle(AIS_InteractiveContext)& context = m_scene.GetContext();
   context->MoveTo(pixel.x(), pixel.y(), m_view, false);
-  return context->HasDetected() ? m_scene.FindInstance(context->DetectedInteractive().get()) : nullptr;
+  const auto found = context->HasDetected() ? m_scene.FindInstance(context->DetectedInteractive().get()) : nullptr;
+  // The colour of the selection must stay to be seen.
+  if (found && m_scene.IsSelected(*found)) {
+    context->ClearDetected(false);
+  }
+  return found;
 }
 
 QImage ModelView::Capture()
@@ -187,7 +199,7 @@ QImage ModelView::Capture()
 void ModelView::_Hover(const QPoint& place)
 {
   const du::SmartPtr<memkernel::Instance> found = FindAt(place);
-  update();
+  _Update();
   if (found != m_hovered) {
     m_hovered = found;
     Q_EMIT Hovered(found);
@@ -248,7 +260,7 @@ void ModelView::_DragTo(const QPoint& place)
       break;
   }
   m_last = place;
-  update();
+  _Update();
 }
 
 void ModelView::mouseReleaseEvent(QMouseEvent* event)
@@ -258,6 +270,7 @@ void ModelView::mouseReleaseEvent(QMouseEvent* event)
   if (isPick) {
     const bool isToggle = event->modifiers().testFlag(Qt::ControlModifier);
     const du::SmartPtr<memkernel::Instance> found = FindAt(event->position().toPoint());
+    m_scene.GetContext()->ClearDetected(false);
     Q_EMIT Picked(found, isToggle ? PickMode::Toggle : PickMode::Replace);
   }
 }
@@ -269,7 +282,7 @@ void ModelView::wheelEvent(QWheelEvent* event)
   const int step = std::clamp(event->angleDelta().y() / 4, -100, 100);
   m_view->StartZoomAtPoint(pixel.x(), pixel.y());
   m_view->ZoomAtPoint(0, 0, step, 0);
-  update();
+  _Update();
 }
 
 void ModelView::_TurnBy(const QPoint& by)
@@ -311,7 +324,7 @@ void ModelView::keyPressEvent(QKeyEvent* event)
   } else if (!step.isNull()) {
     _TurnBy(step);
   }
-  update();
+  _Update();
 }
 
 void ModelView::focusInEvent(QFocusEvent* event)
@@ -324,7 +337,7 @@ void ModelView::leaveEvent(QEvent* event)
 {
   QWidget::leaveEvent(event);
   m_scene.GetContext()->ClearDetected(false);
-  update();
+  _Update();
   if (m_hovered) {
     m_hovered.Reset();
     Q_EMIT Hovered({});

@@ -38,6 +38,8 @@ public:
   [[nodiscard]] QPoint Project(const gp_Pnt& point) const;
   /// Null where there is nothing. Costs what a hover costs, and highlights what it finds.
   [[nodiscard]] du::SmartPtr<memkernel::Instance> FindAt(const QPoint& place);
+  /// Whether what is seen is what there is to see; otherwise it will be soon.
+  [[nodiscard]] bool IsUpToDate() const { return m_isOpen && !m_isStale && !m_redraw.isActive(); }
   /// What is drawn now.
   [[nodiscard]] QImage Capture();
 
@@ -68,6 +70,7 @@ private:
   void _Open();
   void _OnContentChanged();
   void _Redraw();
+  void _Update();
   void _Hover(const QPoint& place);
   void _DragTo(const QPoint& place);
   void _TurnBy(const QPoint& by);
@@ -78,6 +81,7 @@ private:
   ModelScene& m_scene;
   const Handle(V3d_View) m_view;
   bool m_isOpen = false;
+  bool m_isStale = true;
   bool m_isDark = false;
   bool m_showsAll = true;
   bool m_isFitDue = false;

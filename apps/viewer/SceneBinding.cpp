@@ -87,7 +87,8 @@ SceneBinding::~SceneBinding()
 void SceneBinding::Follow(ModelView& view)
 {
   connect(&view, &ModelView::Picked, this, &SceneBinding::_OnPicked);
-  connect(&view, &ModelView::Hovered, this, &SceneBinding::_OnHovered);
+  connect(&view, &ModelView::Hovered, this,
+          [this](const du::SmartPtr<memkernel::Instance>& instance) { PointAt(_ChooseRow(instance)); });
 }
 
 void SceneBinding::_Add(const std::vector<PlacedShape>& shapes)
@@ -122,12 +123,11 @@ void SceneBinding::_OnPicked(const du::SmartPtr<memkernel::Instance>& instance, 
   }
 }
 
-void SceneBinding::_OnHovered(const du::SmartPtr<memkernel::Instance>& instance)
+void SceneBinding::PointAt(const du::SmartPtr<memkernel::Instance>& instance)
 {
-  const du::SmartPtr<memkernel::Instance> row = _ChooseRow(instance);
-  m_session.GetWorld()->GetMemSelectionManager().ApplyInstances(s_associated, {row},
+  m_session.GetWorld()->GetMemSelectionManager().ApplyInstances(s_associated, {instance},
                                                                 zelk::SelectionManager::OperationSet);
-  Q_EMIT PointedAt(row ? QString::fromUtf8(row->GetObjectName().GetView()) : QString());
+  Q_EMIT PointedAt(instance ? QString::fromUtf8(instance->GetObjectName().GetView()) : QString());
 }
 
 InstanceList SceneBinding::_GetListed(unsigned int list) const

@@ -30,6 +30,8 @@ public:
   /// Without bodies what is picked is the part.
   void SetPickingBodies(bool on) { m_picksBodies = on; }
 
+  /// Highlights an instance and all that is below it, and tells its name; nothing any more for null.
+  void PointAt(const du::SmartPtr<memkernel::Instance>& instance);
   void SelectNothing();
   /// These work on what is selected, with all that is below it, and do nothing without a selection.
   void HideSelected();
@@ -40,6 +42,8 @@ public:
   void SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
 
   [[nodiscard]] std::size_t GetSelectedCount() const;
+  /// Whether the selection of the kernel is drawn; otherwise it will be soon.
+  [[nodiscard]] bool IsUpToDate() const { return !m_selectionDue.isActive() && !m_associatedDue.isActive(); }
   [[nodiscard]] std::size_t GetLoadingCount() const noexcept { return m_feeder.GetWaitingCount(); }
 
 Q_SIGNALS:
@@ -53,7 +57,6 @@ private:
 
   void _Add(const std::vector<PlacedShape>& shapes);
   void _OnPicked(const du::SmartPtr<memkernel::Instance>& instance, PickMode mode);
-  void _OnHovered(const du::SmartPtr<memkernel::Instance>& instance);
   void _ShowSelection();
   void _ShowAssociated();
   [[nodiscard]] du::SmartPtr<memkernel::Instance> _ChooseRow(const du::SmartPtr<memkernel::Instance>& picked) const;

@@ -158,6 +158,12 @@ QStringList Session::GetOpenFiles() const
   return files;
 }
 
+du::SmartPtr<memkernel::Instance> Session::FindFile(const QString& file) const
+{
+  const auto found = m_files.find(file.toStdString());
+  return found == m_files.end() ? nullptr : found->second;
+}
+
 du::SmartPtr<memkernel::ShapeView> Session::AddView()
 {
   const auto view = du::MakeSmart<memkernel::ShapeView>(m_scene);

@@ -42,6 +42,10 @@ public:
   void CloseAll();
   [[nodiscard]] bool IsReading() const noexcept { return static_cast<bool>(m_reading); }
   [[nodiscard]] QStringList GetOpenFiles() const;
+  /// The instance that stands for an open file, by the name that `Opened` tells; null for any other.
+  [[nodiscard]] du::SmartPtr<memkernel::Instance> FindFile(const QString& file) const;
+  /// The instance above all files. Lives as long as the session.
+  [[nodiscard]] const du::SmartPtr<memkernel::Instance>& GetRoot() const noexcept { return m_root; }
 
   [[nodiscard]] const du::SmartPtr<memkernel::World>& GetWorld() const noexcept { return m_world; }
   [[nodiscard]] const du::SmartPtr<memkernel::ShapeScene>& GetScene() const noexcept { return m_scene; }

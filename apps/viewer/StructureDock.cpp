@@ -1,0 +1,142 @@
+#include "StructureDock.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QTreeView>
+
+namespace viewer {
+
+namespace {
+
+using Command = qthost::GuiTreePanel::Command;
+
+constexpr const char* s_group = "structure";
+constexpr const char* s_bodiesKey = "showsBodies";
+constexpr const char* s_collapseKey = "collapsesInstances";
+
+}  // namespace
+
+/// The topmost row stands above all files: it is a row that a filter may find, and nothing is spared for its sake.
+class StructureDock::State final : public guitree::StructureTreeState {
+public:
+  explicit State(guitree::GuiTree& tree) : StructureTreeState(tree, true) {}
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  ~State() override { _DetachStatusLookups(); }
+
+  [[nodiscard]] bool GetDisplayRoot() override { return true; }
+};
+
+StructureDock::StructureDock(Session& session, SceneBinding& binding, QWidget* parent)
+    : QDockWidget(tr("Structure"), parent),
+      m_session(session),
+      m_binding(binding),
+      m_panel(std::make_unique<qthost::GuiTreePanel>(m_model)),
+      m_gui(du::MakeSmart<guitree::GuiTree>(session.GetWorld()->CreateManagedObject()))
+{
+  setObjectName("structure");
+  setWidget(m_panel.get());
+  m_panel->SetVisibilityHook([this](const qthost::GuiTreePanel::Instances& instances, bool isVisible) {
+    return _SetVisible(instances, isVisible);
+  });
+  _FollowPointer();
+  _MakeFindable();
+  connect(&m_panel->GetAction(Command::ShowBodies), &QAction::toggled, &binding, &SceneBinding::SetPickingBodies);
+  connect(&session, &Session::Opened, this, &StructureDock::_Show);
+  _Open();
+}
+
+void StructureDock::_Open()
+{
+  m_model.SetPanel(m_gui.Get());
+  m_gui->SetGuiInterface(&m_model);
+  m_gui->SetTreeState(du::MakeSmart<State>(*m_gui));
+  m_gui->Initialise(m_session.GetWorld());
+  m_session.SetFollower(m_model.GetSceneManagerObserver());
+  // Otherwise an edit would wait for as long as a filter reads the tree.
+  m_session.GetWorld()->GetMemTree().SetEditGate([this] { m_panel->GiveWayToEdit(); });
+}
+
+// A filter that does not follow changes would leave a new file out.
+void StructureDock::_Show(const QString& file)
+{
+  if (m_gui->GetTreeState()->IsFiltered()) {
+    m_panel->FilterAgain();
+    return;
+  }
+  m_panel->GetView().expand(m_model.FindIndex(m_session.GetRoot().Get()));
+  m_panel->GetView().expand(m_model.FindIndex(m_session.FindFile(file).Get()));
+}
+
+StructureDock::~StructureDock()
+{
+  m_session.GetWorld()->GetMemTree().SetEditGate({});
+  m_session.SetFollower({});
+  m_gui->Close();
+  m_model.SetPanel(nullptr);
+}
+
+void StructureDock::_FollowPointer()
+{
+  QTreeView& view = m_panel->GetView();
+  view.setMouseTracking(true);
+  view.viewport()->installEventFilter(this);
+  connect(&view, &QAbstractItemView::entered, this, [this](const QModelIndex& index) {
+    m_binding.PointAt(du::DynamicCast<memkernel::Instance>(m_model.GetInstance(index)));
+  });
+  connect(&view, &QAbstractItemView::viewportEntered, this, [this] { m_binding.PointAt({}); });
+}
+
+// From anywhere in the window, also while the dock is closed.
+void StructureDock::_MakeFindable()
+{
+  QAction& find = m_panel->GetAction(Command::FocusFilter);
+  find.setShortcutContext(Qt::WindowShortcut);
+  connect(&find, &QAction::triggered, this, [this, &find] {
+    if (!isVisible()) {
+      show();
+      find.trigger();
+    }
+  });
+}
+
+bool StructureDock::eventFilter(QObject* watched, QEvent* event)
+{
+  if (event->type() == QEvent::Leave && watched == m_panel->GetView().viewport()) {
+    m_binding.PointAt({});
+  }
+  return QDockWidget::eventFilter(watched, event);
+}
+
+bool StructureDock::_SetVisible(const qthost::GuiTreePanel::Instances& instances, bool isVisible)
+{
+  std::set<du::SmartPtr<zelk::Instance>> found;
+  for (const auto& instance : instances) {
+    if (auto own = du::DynamicCast<zelk::Instance>(instance)) {
+      found.insert(std::move(own));
+    }
+  }
+  m_binding.SetVisible(found, isVisible);
+  return !found.empty();
+}
+
+void StructureDock::SaveSettings(QSettings& settings) const
+{
+  settings.beginGroup(s_group);
+  m_panel->SaveSettings(settings);
+  settings.setValue(s_bodiesKey, m_panel->GetAction(Command::ShowBodies).isChecked());
+  settings.setValue(s_collapseKey, m_panel->GetAction(Command::CollapseInstances).isChecked());
+  settings.endGroup();
+}
+
+void StructureDock::RestoreSettings(QSettings& settings)
+{
+  settings.beginGroup(s_group);
+  m_panel->RestoreSettings(settings);
+  m_panel->GetAction(Command::ShowBodies).setChecked(settings.value(s_bodiesKey, true).toBool());
+  m_panel->GetAction(Command::CollapseInstances).setChecked(settings.value(s_collapseKey, false).toBool());
+  settings.endGroup();
+  m_binding.SetPickingBodies(m_panel->GetAction(Command::ShowBodies).isChecked());
+}
+
+}  // namespace viewer
