@@ -54,9 +54,7 @@ TEST_F(Navigation, DragWithShift_MovesEverythingAlong)
   const QPoint middle = View().rect().center();
   const QPoint before = PlaceOf("core");
 
-  QTest::mousePress(&View(), Qt::LeftButton, Qt::ShiftModifier, middle);
-  QTest::mouseMove(&View(), middle + QPoint(50, 30));
-  QTest::mouseRelease(&View(), Qt::LeftButton, Qt::ShiftModifier, middle + QPoint(50, 30));
+  Drag(middle, middle + QPoint(50, 30), Qt::ShiftModifier);
 
   EXPECT_LE((PlaceOf("core") - before - QPoint(50, 30)).manhattanLength(), 3);
 }

@@ -94,10 +94,7 @@ TEST_F(Picking, Drag_TurnsAndSelectsNothing)
   const QImage before = View().Capture();
   const QPoint middle = View().rect().center();
 
-  QTest::mousePress(&View(), Qt::LeftButton, Qt::NoModifier, middle);
-  QTest::mouseMove(&View(), middle + QPoint(60, 40));
-  QTest::mouseRelease(&View(), Qt::LeftButton, Qt::NoModifier, middle + QPoint(60, 40));
-  Settle();
+  Drag(middle, middle + QPoint(60, 40));
 
   EXPECT_THAT(GetSelected(), IsEmpty());
   EXPECT_NE(View().Capture(), before);
@@ -114,6 +111,33 @@ TEST_F(Picking, Selection_ByTheKernel_IsHighlighted)
   EXPECT_TRUE(window->GetModel().IsSelected(*Find("core")));
   EXPECT_NE(ColorAt(place), before);
   EXPECT_GT(ColorAt(place).green(), before.green());
+}
+
+TEST_F(Picking, ASelectedPart_KeepsItsColourUnderThePointer)
+{
+  LookFromAbove();
+  const QPoint place = PlaceOf("core");
+  Select("core");
+  const QColor selected = ColorAt(place);
+
+  Move(View(), place);
+
+  EXPECT_EQ(ColorAt(place), selected);
+}
+
+TEST_F(Picking, AClickedPart_HasTheColourOfTheSelection)
+{
+  LookFromAbove();
+  const QPoint place = PlaceOf("core");
+  Select("core");
+  const QColor selected = ColorAt(place);
+  window->GetBinding().SelectNothing();
+  Settle();
+
+  Move(View(), place);
+  Click(place);
+
+  EXPECT_EQ(ColorAt(place), selected);
 }
 
 TEST_F(Picking, Selection_OfAnAssembly_HighlightsItsParts)
@@ -144,13 +168,11 @@ TEST_F(Picking, Hover_HighlightsInTheKernelAndNamesThePart)
 {
   LookFromAbove();
 
-  QTest::mouseMove(&View(), PlaceOf("core"));
-  Settle();
+  Move(View(), PlaceOf("core"));
   EXPECT_THAT(GetSelected(s_associated), ElementsAre("core"));
   EXPECT_EQ(window->statusBar()->currentMessage(), "core");
 
-  QTest::mouseMove(&View(), s_nowhere);
-  Settle();
+  Move(View(), s_nowhere);
   EXPECT_THAT(GetSelected(s_associated), IsEmpty());
   EXPECT_EQ(window->statusBar()->currentMessage(), "");
 }

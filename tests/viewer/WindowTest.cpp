@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QLabel>
 #include <QMenu>
 #include <QSettings>
 #include <QTest>
@@ -40,6 +41,19 @@ TEST_F(Window, DarkBackground_IsSeenAndRemembered)
   EXPECT_TRUE(FindAction("Dark Background")->isChecked());
   Settle();
   EXPECT_LT(ColorAt({5, 5}).lightness(), 80);
+}
+
+TEST_F(Window, StatusBar_CountsWhatIsShownAndSelected)
+{
+  const auto* const counts = window->findChild<QLabel*>("counts");
+  EXPECT_EQ(counts->text(), "Open a STEP file, or drop it here");
+
+  Open({s_pump});
+  EXPECT_EQ(counts->text(), "26 of 26 shown");
+
+  ClickRow("bolt set:1", qthost::GuiTreeItemModel::VisibleColumn);
+  Click(PlaceOf("frame:1"));
+  EXPECT_EQ(counts->text(), "22 of 26 shown, 1 selected");
 }
 
 TEST_F(Window, Size_IsRemembered)

@@ -1,8 +1,14 @@
 #include "support/Stage.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCursor>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMouseEvent>
 #include <QSettings>
 #include <QTest>
+#include <algorithm>
 
 #include "zelk/BaseInstance.h"
 
@@ -29,6 +35,8 @@ BasePtr GetNext(const BasePtr& from)
 void Stage::SetUp()
 {
   QSettings().clear();
+  // The pointer of the screen must not point at anything by itself.
+  QCursor::setPos(1270, 1015);
   window = std::make_unique<viewer::MainWindow>();
   window->resize(900, 700);
   Show();
@@ -67,10 +75,18 @@ void Stage::WaitForShapes()
   Settle();
 }
 
-// Longer than the pause between two drawings.
 void Stage::Settle()
 {
-  QTest::qWait(120);
+  // What waits in the event loop comes first: it may ask for a drawing.
+  QTest::qWait(30);
+  WaitFor(
+      [this] {
+        const auto views = window->GetViews();
+        return window->GetBinding().IsUpToDate()
+               && std::all_of(views.begin(), views.end(), [](const auto* view) { return view->IsUpToDate(); });
+      },
+      "the drawing");
+  QTest::qWait(30);
 }
 
 du::SmartPtr<zelk::Instance> Stage::Find(const std::string& name)
@@ -127,18 +143,59 @@ bool Stage::IsVisible(const std::string& name)
 
 QAction* Stage::FindAction(const QString& text)
 {
-  for (QAction* const action : window->findChildren<QAction*>()) {
+  QList<QAction*> actions = window->menuBar()->actions();
+  while (!actions.isEmpty()) {
+    QAction* const action = actions.takeFirst();
     if (action->text().remove('&') == text) {
       return action;
+    }
+    if (const QMenu* const menu = action->menu()) {
+      actions += menu->actions();
     }
   }
   ADD_FAILURE() << "there is no action " << text.toStdString();
   return nullptr;
 }
 
+QTreeView& Stage::Rows()
+{
+  return window->GetStructure().GetPanel().GetView();
+}
+
+QModelIndex Stage::RowOf(const std::string& name)
+{
+  return window->GetStructure().GetModel().FindIndex(Find(name).Get());
+}
+
+void Stage::ClickRow(const std::string& name, int column, Qt::KeyboardModifiers modifiers)
+{
+  const QModelIndex row = RowOf(name);
+  ASSERT_TRUE(row.isValid()) << name << " has no row";
+  const QModelIndex cell = row.siblingAtColumn(column);
+  Rows().scrollTo(row);
+  QTest::mouseClick(Rows().viewport(), Qt::LeftButton, modifiers, Rows().visualRect(cell).center());
+  Settle();
+}
+
 void Stage::Click(const QPoint& place, Qt::KeyboardModifiers modifiers, std::size_t view)
 {
   QTest::mouseClick(&View(view), Qt::LeftButton, modifiers, place);
+  Settle();
+}
+
+// QTest would leave it to the screen whether the pointer has moved.
+void Stage::Move(QWidget& widget, const QPoint& place, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
+{
+  QMouseEvent event(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, buttons, modifiers);
+  QApplication::sendEvent(&widget, &event);
+  Settle();
+}
+
+void Stage::Drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers)
+{
+  QTest::mousePress(&View(), Qt::LeftButton, modifiers, from);
+  Move(View(), to, Qt::LeftButton, modifiers);
+  QTest::mouseRelease(&View(), Qt::LeftButton, modifiers, to);
   Settle();
 }
 

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QString>
 #include <QStringList>
+#include <QTreeView>
 #include <functional>
 #include <memory>
 #include <set>
@@ -48,8 +49,16 @@ protected:
   [[nodiscard]] std::set<std::string> GetSelected(unsigned int list = zelk::SelectionManager::SelectionList);
   void Select(const std::string& name);
   [[nodiscard]] bool IsVisible(const std::string& name);
+  /// One of the menus.
   QAction* FindAction(const QString& text);
+  [[nodiscard]] QTreeView& Rows();
+  /// Invalid for an instance without a row.
+  [[nodiscard]] QModelIndex RowOf(const std::string& name);
+  void ClickRow(const std::string& name, int column = 0, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void Click(const QPoint& place, Qt::KeyboardModifiers modifiers = Qt::NoModifier, std::size_t view = 0);
+  void Move(QWidget& widget, const QPoint& place, Qt::MouseButtons buttons = Qt::NoButton,
+            Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  void Drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void Press(QKeyCombination keys);
 
   std::unique_ptr<viewer::MainWindow> window;
