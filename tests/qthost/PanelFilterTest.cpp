@@ -15,18 +15,21 @@ using qthost::GuiTreeItemModel;
 using qthost::GuiTreePanel;
 using testing::ElementsAre;
 
+constexpr int s_forever = 3'600'000;
 constexpr auto s_all = "root[plate[bolt nut] rod Bolts]";
 
 class FilterOfAPanel : public testing::Test {
 protected:
   void SetUp() override { stage.Open(); }
-  /// Types, and waits until the job of the filter has come to its first match.
+  /// Types, and waits until the one job of the filter has come to its first match.
   void TypeAndHold(const QString& text)
   {
     hold = std::make_unique<FilterHold>(*stage.state);
+    stage.panel.SetTypingPause(s_forever);
     stage.Type(text);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return stage.model.IsCalculating(); }));
+    stage.Press(Qt::Key_Return);
     hold->WaitUntilReached();
+    stage.panel.SetTypingPause(1);
   }
 
   PanelStage stage{s_all};
@@ -51,27 +54,31 @@ TEST_F(FilterOfAPanel, WithoutAFilter_TheRowsAreCounted)
 
 TEST_F(FilterOfAPanel, Typing_FiltersOnceAfterAPause)
 {
-  stage.panel.SetTypingPause(60);
+  stage.panel.SetTypingPause(s_forever);
   const QSignalSpy changes(&stage.panel, &GuiTreePanel::FilterChanged);
-
   stage.Type("bol");
   QCoreApplication::processEvents();
+  ASSERT_EQ(changes.count(), 0);
 
-  EXPECT_EQ(changes.count(), 0);
+  // Shortens the pause under way.
+  stage.panel.SetTypingPause(1);
   stage.WaitForFilter();
+
   EXPECT_EQ(changes.count(), 1);
   EXPECT_EQ(stage.GetText(), "root[plate[bolt] Bolts]");
 }
 
 TEST_F(FilterOfAPanel, Enter_FiltersWithoutThePause)
 {
-  stage.panel.SetTypingPause(3'600'000);
+  stage.panel.SetTypingPause(s_forever);
   stage.Type("rod");
+  const QSignalSpy populations(&stage.model, &GuiTreeItemModel::PopulationBegins);
 
   stage.Press(Qt::Key_Return);
 
   stage.WaitForFilter();
   EXPECT_EQ(stage.GetText(), "root[rod]");
+  EXPECT_EQ(populations.count(), 1);
 }
 
 TEST_F(FilterOfAPanel, Enter_FiltersAgainWhatHasChangedMeanwhile)
@@ -87,9 +94,18 @@ TEST_F(FilterOfAPanel, Enter_FiltersAgainWhatHasChangedMeanwhile)
   EXPECT_EQ(stage.GetText(), "root[rod[rodlet]]");
 }
 
+TEST_F(FilterOfAPanel, EnterWithoutAFilter_LeavesTheRows)
+{
+  const QSignalSpy populations(&stage.model, &GuiTreeItemModel::PopulationBegins);
+
+  stage.Press(Qt::Key_Return);
+
+  EXPECT_EQ(populations.count(), 0);
+}
+
 TEST_F(FilterOfAPanel, Escape_ClearsTheTextAndShowsAllRowsAtOnce)
 {
-  stage.panel.SetTypingPause(3'600'000);
+  stage.panel.SetTypingPause(s_forever);
   stage.Type("rod");
   stage.Press(Qt::Key_Return);
   stage.WaitForFilter();

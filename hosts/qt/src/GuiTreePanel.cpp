@@ -92,10 +92,7 @@ QAction* GuiTreePanel::_AddSwitch(const QString& text, const QString& toolTip)
 void GuiTreePanel::_ConnectControls()
 {
   connect(m_bar, &FilterBar::Changed, this, &GuiTreePanel::_TakeFilter);
-  connect(m_bar, &FilterBar::Confirmed, this, [this] {
-    _TakeFilter();
-    FilterAgain();
-  });
+  connect(m_bar, &FilterBar::Confirmed, this, &GuiTreePanel::_ConfirmFilter);
   connect(m_bar, &FilterBar::LeftDownwards, this, &GuiTreePanel::_GoToRows);
   connect(m_view, &StructureView::SortChosen, this, &GuiTreePanel::_SortBy);
   connect(m_view, &StructureView::MenuWanted, this, &GuiTreePanel::_ShowMenu);
@@ -159,16 +156,30 @@ void GuiTreePanel::_TakeFilter()
   if (m_bar->GetSettings() == m_filter) {
     return;
   }
-  guitree::StructureTreeState* const state = _GetState();
-  const bool wasFiltered = state && state->IsFiltered();
+  const bool wasFiltered = _IsFiltered();
   m_filter = m_bar->GetSettings();
   m_keeper->SetExpandsAll(m_filter.HasCriterion());
   _ShowSort();
   _ApplyFilter();
-  if (state && (wasFiltered || state->IsFiltered())) {
+  if (wasFiltered || _IsFiltered()) {
     FilterAgain();
   }
   Q_EMIT FilterChanged();
+}
+
+void GuiTreePanel::_ConfirmFilter()
+{
+  if (m_bar->GetSettings() != m_filter) {
+    _TakeFilter();
+  } else if (_IsFiltered()) {
+    FilterAgain();
+  }
+}
+
+bool GuiTreePanel::_IsFiltered() const
+{
+  guitree::StructureTreeState* const state = _GetState();
+  return state && state->IsFiltered();
 }
 
 void GuiTreePanel::_ApplyFilter() const
@@ -187,7 +198,7 @@ void GuiTreePanel::FilterAgain()
   }
   _ApplyFilter();
   // The result of the filter at work would come on top of the plain rows, which come with its end instead.
-  if (m_model.IsCalculating() && !state->IsFiltered()) {
+  if (m_model.IsCalculating() && !_IsFiltered()) {
     m_model.CancelFilter();
     return;
   }

@@ -146,6 +146,8 @@ private:
   void _RefreshTypeIcons();
   void _RefreshColumns();
   void _TakeFilter();
+  void _ConfirmFilter();
+  [[nodiscard]] bool _IsFiltered() const;
   void _ApplyFilter() const;
   void _OnCalculating(bool isCalculating);
   void _ShowResult();
