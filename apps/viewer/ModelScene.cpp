@@ -36,7 +36,7 @@ Quantity_Color ChooseColor(const std::string& hex)
 
 Handle(Prs3d_Drawer) MakeStyle()
 {
-  const Handle(Prs3d_Drawer) style = new Prs3d_Drawer();
+  Handle(Prs3d_Drawer) style = new Prs3d_Drawer();
   style->SetMethod(Aspect_TOHM_COLOR);
   style->SetDisplayMode(AIS_Shaded);
   return style;
@@ -45,7 +45,7 @@ Handle(Prs3d_Drawer) MakeStyle()
 /// What all instances of a shape are connected to. Never displayed itself.
 Handle(AIS_Shape) MakePrototype(const TopoDS_Shape& drawable, const ShapeSource& source)
 {
-  const Handle(AIS_Shape) prototype = new AIS_Shape(drawable);
+  Handle(AIS_Shape) prototype = new AIS_Shape(drawable);
   prototype->Attributes()->SetAutoTriangulation(false);
   prototype->SetMaterial(Graphic3d_MaterialAspect(Graphic3d_NameOfMaterial_Plastified));
   prototype->SetColor(ChooseColor(source.color));
@@ -62,13 +62,15 @@ const memkernel::Shape* GetShape(const PlacedShape& placed)
 
 }  // namespace
 
-ModelScene::ModelScene() : m_selectedStyle(MakeStyle()), m_associatedStyle(MakeStyle())
+ModelScene::ModelScene()
+    : m_viewer(new V3d_Viewer(MakeGraphicDriver())),
+      m_context(new AIS_InteractiveContext(m_viewer)),
+      m_selectedStyle(MakeStyle()),
+      m_associatedStyle(MakeStyle())
 {
-  m_viewer = new V3d_Viewer(MakeGraphicDriver());
   m_viewer->SetDefaultLights();
   m_viewer->SetLightOn();
   m_viewer->SetDefaultTypeOfView(V3d_ORTHOGRAPHIC);
-  m_context = new AIS_InteractiveContext(m_viewer);
   _SetUpContext();
   m_timer.setInterval(0);
   connect(&m_timer, &QTimer::timeout, this, &ModelScene::_MakeSome);

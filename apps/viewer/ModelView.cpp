@@ -176,7 +176,7 @@ du::SmartPtr<memkernel::Instance> ModelView::FindAt(const QPoint& place)
   const QPoint pixel = _ToPixels(place);
   const Handle(AIS_InteractiveContext)& context = m_scene.GetContext();
   context->MoveTo(pixel.x(), pixel.y(), m_view, false);
-  const auto found = context->HasDetected() ? m_scene.FindInstance(context->DetectedInteractive().get()) : nullptr;
+  auto found = context->HasDetected() ? m_scene.FindInstance(context->DetectedInteractive().get()) : nullptr;
   // The colour of the selection must stay to be seen.
   if (found && m_scene.IsSelected(*found)) {
     context->ClearDetected(false);
