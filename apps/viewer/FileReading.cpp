@@ -34,7 +34,7 @@ void FileReading::TaskComplete()
   if (m_ended) {
     // The callee may let go of this task.
     const Ended ended = std::exchange(m_ended, {});
-    ended(std::move(m_result));
+    ended(m_result);
   }
 }
 

@@ -88,7 +88,7 @@ void Session::_ReadNext()
       [this](int percent, const std::string& stage) {
         Q_EMIT ReadingProgressed(percent, QString::fromStdString(stage));
       },
-      [this](stepimport::ReadResult result) { _OnRead(std::move(result)); });
+      [this](const stepimport::ReadResult& result) { _OnRead(result); });
   Q_EMIT ReadingBegan(ToText(file), static_cast<qsizetype>(m_waiting.size()));
   m_world->GetMemTaskPool().InsertTaskInLane(m_reading, m_readingLane);
 }
@@ -101,7 +101,7 @@ void Session::CancelReading()
   }
 }
 
-void Session::_OnRead(stepimport::ReadResult result)
+void Session::_OnRead(const stepimport::ReadResult& result)
 {
   const std::filesystem::path file = std::exchange(m_reading, {})->GetFile();
   if (result.ok) {
@@ -166,7 +166,7 @@ du::SmartPtr<memkernel::Instance> Session::FindFile(const QString& file) const
 
 du::SmartPtr<memkernel::ShapeView> Session::AddView()
 {
-  const auto view = du::MakeSmart<memkernel::ShapeView>(m_scene);
+  auto view = du::MakeSmart<memkernel::ShapeView>(m_scene);
   m_views.push_back(view);
   if (m_views.size() == 1) {
     ActivateView(view);

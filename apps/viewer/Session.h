@@ -72,7 +72,7 @@ Q_SIGNALS:
 
 private:
   void _ReadNext();
-  void _OnRead(stepimport::ReadResult result);
+  void _OnRead(const stepimport::ReadResult& result);
   void _Fill(const std::filesystem::path& file, const stepimport::ReadResult& result);
   [[nodiscard]] bool _IsKnown(const std::filesystem::path& file) const;
 
