@@ -224,7 +224,8 @@ GuiTreeItemModel::RowId GuiTreeItemModel::_GetRow(const QModelIndex& index) cons
 
 QModelIndex GuiTreeItemModel::_CreateIndex(std::size_t position, int column, RowId row) const
 {
-  return createIndex(static_cast<int>(position), column, quintptr{row * s_factor});
+  const RowId spread = row * s_factor;
+  return createIndex(static_cast<int>(position), column, quintptr{spread});
 }
 
 QModelIndex GuiTreeItemModel::_MakeIndex(RowId row, int column) const

@@ -92,12 +92,12 @@ std::size_t RowTable::GetPosition(Id row) const
   return record.position;
 }
 
-bool RowTable::IsInBranch(Id row, Id top) const
+bool RowTable::IsInBranch(Id inner, Id top) const
 {
-  while (row != s_top && row != top) {
-    row = m_rows[row].parent;
+  while (inner != s_top && inner != top) {
+    inner = m_rows[inner].parent;
   }
-  return row == top;
+  return inner == top;
 }
 
 void RowTable::Set(Id row, Mark mark, bool isOn)
@@ -200,7 +200,7 @@ std::size_t RowTable::GetBytes() const
 RowTable::Key RowTable::_GetKey(const zelk::BaseInstance* instance) const
 {
   constexpr std::uint64_t s_golden = 0x9E3779B97F4A7C15U;
-  const std::uint64_t product = std::bit_cast<std::uintptr_t>(instance) * s_golden;
+  const std::uint64_t product = reinterpret_cast<std::uintptr_t>(instance) * s_golden;
   return {static_cast<std::size_t>(product >> m_slotShift),
           static_cast<std::uint8_t>((product >> (m_slotShift - 7)) | 0x80U)};
 }

@@ -59,7 +59,7 @@ public:
   [[nodiscard]] bool Has(Id row, Mark mark) const { return (m_rows[row].marks & mark) != 0; }
   /// The last number that a row may have.
   [[nodiscard]] Id GetLastId() const { return static_cast<Id>(m_rows.size() - 1); }
-  [[nodiscard]] bool IsInBranch(Id row, Id top) const;
+  [[nodiscard]] bool IsInBranch(Id inner, Id top) const;
 
   void Set(Id row, Mark mark, bool isOn);
   /// A row as the last child; the instance must not have one.
