@@ -281,6 +281,8 @@ private:
   /// Counts what takes all rows away, by any state of the panel. The rows of a population that another one has
   /// overtaken are not made.
   const std::shared_ptr<unsigned int> m_population;
+  /// The last one that this state has begun.
+  unsigned int m_ownPopulation = 0;
   /// The population that the visit of a filtered tree under way makes rows for; nothing while none is.
   std::optional<unsigned int> m_visitedPopulation;
   /// Branches that the host has opened from inside that visit, which has their rows behind it: each with its tree, so

@@ -160,6 +160,7 @@ bool TreeStateBase::_Refill()
   assocHlightSet.clear();
   const FormerRows formerRows(notFilteredSet);
   const unsigned int population = ++*m_population;
+  m_ownPopulation = population;
   _Gui().ClearTree();
   if (!_CanShowRows()) {
     treeNeedsRedraw = true;
@@ -200,7 +201,15 @@ void TreeStateBase::_StartFilteredPopulation(structure_utils::TreeFilterInfoBase
   SetBusy(true);
   // Without the properties that it looks at the filter waits, still busy, for the next population. A host that loads
   // them in this call may have come back with one.
-  if (!_Gui().CheckPropsLoaded() || *m_population != population) {
+  const bool areLoaded = _Gui().CheckPropsLoaded();
+  if (*m_population != population) {
+    // Overtaken by another state: no job will end the wait of this one.
+    if (m_ownPopulation == population) {
+      SetBusy(false);
+    }
+    return;
+  }
+  if (!areLoaded) {
     return;
   }
   guiTree.GetTreeController()->ApplyFilterToTree(filter, this);
