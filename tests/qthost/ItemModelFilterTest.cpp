@@ -82,14 +82,38 @@ TEST_F(ItemModelFilter, CancelWithoutAFilter_AnswersNo)
   EXPECT_FALSE(stage.model.CancelFilter());
 }
 
+TEST_F(ItemModelFilter, FilterAtWork_IsCancelledForAnotherPanel)
+{
+  const auto event = du::MakeSmart<zelk::AsyncEvent>(true);
+  const auto progress = stage.model.CreateFilterProgressCtrl(event);
+  stage.model.SetPanel(stage.gui.Get());
+  ASSERT_FALSE(event->IsCanceled());
+
+  stage.model.SetPanel(nullptr);
+
+  EXPECT_TRUE(event->IsCanceled());
+}
+
+TEST_F(ItemModelFilter, FilterAtWork_IsCancelledByTheEndOfTheModel)
+{
+  const auto event = du::MakeSmart<zelk::AsyncEvent>(true);
+  auto model = std::make_unique<GuiTreeItemModel>();
+  const auto progress = model->CreateFilterProgressCtrl(event);
+  ASSERT_FALSE(event->IsCanceled());
+
+  model.reset();
+
+  EXPECT_TRUE(event->IsCanceled());
+}
+
 TEST_F(ItemModelFilter, FilterThatIsCancelled_SaysSo)
 {
-  stage.GetFilter().SetText("bolt");
-  stage.state->PopulateTree(false);
+  bool wasAtWork = false;
+  stage.state->onMatch = [&] { wasAtWork = stage.model.CancelFilter(); };
 
-  EXPECT_TRUE(stage.model.CancelFilter());
-  stage.Settle();
+  stage.Filter("bolt");
 
+  EXPECT_TRUE(wasAtWork);
   EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::Cancelled);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 #include <QToolButton>
+#include <thread>
 
 #include "FilterHold.h"
 #include "PanelStage.h"
@@ -220,6 +221,24 @@ TEST_F(FilterOfAPanel, GivingWayToAnEdit_FiltersAgainAfterwards)
 
   EXPECT_EQ(stage.GetText(), "root[plate[bolt] rod[bolt2] Bolts]");
   EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::None);
+}
+
+TEST_F(FilterOfAPanel, EditsAfterTheFilterHasReadAll_FilterAgain)
+{
+  TypeAndHold("bolt");
+  hold->LetGo();
+  const auto& lock = dynamic_cast<const memkernel::ReadWriteLock&>(*stage.tree.GetReadWriteLock());
+  while (lock.IsRead()) {
+    std::this_thread::yield();
+  }
+  ASSERT_TRUE(stage.model.IsCalculating());
+
+  stage.Remove("Bolts");
+  stage.tree.Rename(stage["nut"], "bolt nut");
+  stage.WaitForFilter();
+
+  EXPECT_EQ(stage.GetText(), "root[plate[bolt bolt nut]]");
+  EXPECT_EQ(stage.GetStatus(), "2 matches");
 }
 
 TEST_F(FilterOfAPanel, GivingWayWithoutAFilter_DoesNothing)

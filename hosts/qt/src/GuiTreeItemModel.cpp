@@ -33,10 +33,17 @@ GuiTreeItemModel::GuiTreeItemModel(QObject* parent) : QAbstractItemModel(parent)
 {
 }
 
-GuiTreeItemModel::~GuiTreeItemModel() = default;
+// Whoever ends may have to wait for the job otherwise.
+GuiTreeItemModel::~GuiTreeItemModel()
+{
+  CancelFilter();
+}
 
 void GuiTreeItemModel::SetPanel(guitree::GuiTree* panel)
 {
+  if (panel != GetPanel()) {
+    CancelFilter();
+  }
   m_panel = panel ? panel->GetLiveness() : nullptr;
 }
 

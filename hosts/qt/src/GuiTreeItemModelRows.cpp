@@ -190,6 +190,13 @@ void GuiTreeItemModel::UpdateFilterUI()
   Q_EMIT FilterChanged();
 }
 
+void GuiTreeItemModel::ContentHasChanged()
+{
+  if (m_isCalculating) {
+    Q_EMIT EditedMeanwhile();
+  }
+}
+
 void GuiTreeItemModel::UpdateTreeTable()
 {
   m_haveRowsChanged = true;

@@ -105,6 +105,7 @@ void GuiTreePanel::_ConnectModel()
   // A filter that the library has made anew must be the user's before it is looked at.
   connect(&m_model, &GuiTreeItemModel::PopulationBegins, this, &GuiTreePanel::_ApplyFilter);
   connect(&m_model, &GuiTreeItemModel::CalculatingChanged, this, &GuiTreePanel::_OnCalculating);
+  connect(&m_model, &GuiTreeItemModel::EditedMeanwhile, this, &GuiTreePanel::_FilterAfterEdits);
   connect(&m_model, &GuiTreeItemModel::FilterProgressed, m_status, &FilterStatus::SetPercent);
   connect(&m_model, &GuiTreeItemModel::ResultShown, this, &GuiTreePanel::_ShowResult);
   connect(&m_model, &GuiTreeItemModel::RowsChanged, this, &GuiTreePanel::_ShowResult);
@@ -202,6 +203,8 @@ void GuiTreePanel::FilterAgain()
     m_model.CancelFilter();
     return;
   }
+  // This one reads what has been edited.
+  m_isGivingWay = false;
   state->PopulateTree(false);
 }
 
@@ -213,6 +216,13 @@ void GuiTreePanel::CancelFilter()
 void GuiTreePanel::GiveWayToEdit()
 {
   m_isGivingWay = m_model.CancelFilter() || m_isGivingWay;
+}
+
+// The filter may have read all of the tree by then, and its end just be on the way.
+void GuiTreePanel::_FilterAfterEdits()
+{
+  m_isGivingWay = true;
+  m_model.CancelFilter();
 }
 
 void GuiTreePanel::_OnCalculating(bool isCalculating)

@@ -96,7 +96,7 @@ public:
 
   /// The panel that this model is the host of; not owned, null for none, and noticed when it ends. It is asked for what
   /// no call brings: icons, visible states, the selection, what is below a placeholder. Without it there is none of
-  /// these.
+  /// these. A filter that is at work for another one is cancelled, by the end of the model as well.
   void SetPanel(guitree::GuiTree* panel);
   /// Null without a panel, and after its end.
   [[nodiscard]] guitree::GuiTree* GetPanel() const noexcept;
@@ -192,6 +192,7 @@ public:
   du::SmartPtr<zelk::ProgressCtrl> CreateFilterProgressCtrl(const du::SmartPtr<zelk::AsyncEvent>& event) override;
   void SetTreeCalculating(bool calculating) override;
   void PostProcessingComplete() override;
+  void ContentHasChanged() override;
   void UpdateStatusBar() override;
   void UpdateFilterUI() override;
   void UpdateTreeTable() override;
@@ -217,6 +218,8 @@ Q_SIGNALS:
   void CalculatingChanged(bool isCalculating);
   /// Of the filter at work, 0 to 100.
   void FilterProgressed(int percent);
+  /// The tree has been edited while a filter is at work: its result may be of the tree before.
+  void EditedMeanwhile();
   /// The result of a filter is in, see `GetResultNote`.
   void ResultShown();
   /// What a status bar tells of panel and selection may have changed.

@@ -51,6 +51,7 @@ class VisibilityDelegate;
 /// - Sorting is the library's. Rows that are sorted, or a list, without anything to look for are the result of a filter
 ///   that everything passes.
 /// - A newer filter overtakes the one at work. A click on cancel ends it with what it has found.
+/// - Edits of the tree while a filter is at work have it run again.
 /// - Keyboard: Ctrl+F goes to the filter line, Enter there filters at once, Escape clears it, Down leads to the rows;
 ///   there Space shows and hides what is selected, Ctrl+C copies names. Everything else is in the menus, which Tab and
 ///   the menu key reach.
@@ -149,6 +150,7 @@ private:
   void _ConfirmFilter();
   [[nodiscard]] bool _IsFiltered() const;
   void _ApplyFilter() const;
+  void _FilterAfterEdits();
   void _OnCalculating(bool isCalculating);
   void _ShowResult();
   [[nodiscard]] QString _DescribeRows() const;
