@@ -162,6 +162,19 @@ QTreeView& Stage::Rows()
   return window->GetStructure().GetPanel().GetView();
 }
 
+std::string Stage::ReadRows(const QModelIndex& parent)
+{
+  const qthost::GuiTreeItemModel& model = window->GetStructure().GetModel();
+  std::string rows;
+  for (int i = 0; i < model.rowCount(parent); ++i) {
+    const QModelIndex row = model.index(i, qthost::GuiTreeItemModel::NameColumn, parent);
+    EXPECT_EQ(model.FindIndex(model.GetInstance(row).Get()), row) << row.data().toString().toStdString();
+    const std::string below = ReadRows(row);
+    rows += (i > 0 ? " " : "") + row.data().toString().toStdString() + (below.empty() ? "" : '[' + below + ']');
+  }
+  return rows;
+}
+
 QModelIndex Stage::RowOf(const std::string& name)
 {
   return window->GetStructure().GetModel().FindIndex(Find(name).Get());

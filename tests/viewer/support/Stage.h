@@ -52,6 +52,8 @@ protected:
   /// One of the menus.
   QAction* FindAction(const QString& text);
   [[nodiscard]] QTreeView& Rows();
+  /// All rows by their names, as in `pump[frame:1 names:1[washer]]`. Each must be found by its instance.
+  [[nodiscard]] std::string ReadRows(const QModelIndex& parent = {});
   /// Invalid for an instance without a row.
   [[nodiscard]] QModelIndex RowOf(const std::string& name);
   void ClickRow(const std::string& name, int column = 0, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
