@@ -83,7 +83,7 @@ protected:
     EXPECT_EQ(image.pixelColor(2, 2).lightness() < 128, GetParam());
   }
 
-  const Subject m_subject;
+  const Subject m_subject{};
 
 private:
   /// From the screen: what OpenGL draws is in no widget.
