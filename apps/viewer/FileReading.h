@@ -27,8 +27,9 @@ public:
   FileReading& operator=(const FileReading&) = delete;
   ~FileReading() override;
 
-  /// The reading ends soon, with a result that says so.
+  /// The reading ends soon, with a result that says so unless it had all by then.
   void Cancel() noexcept { m_isCancelled.store(true, std::memory_order_relaxed); }
+  [[nodiscard]] bool IsCancelled() const noexcept { return m_isCancelled.load(std::memory_order_relaxed); }
   /// Nobody is told of anything any more.
   void Forget();
   [[nodiscard]] const std::filesystem::path& GetFile() const noexcept { return m_file; }

@@ -103,10 +103,12 @@ void Session::CancelReading()
 
 void Session::_OnRead(const stepimport::ReadResult& result)
 {
-  const std::filesystem::path file = std::exchange(m_reading, {})->GetFile();
-  if (result.ok) {
-    _Fill(file, result);
-  } else if (!result.cancelled) {
+  const du::SmartPtr<FileReading> reading = std::exchange(m_reading, {});
+  // The reader may have been done already when it was called off.
+  const bool isCalledOff = result.cancelled || reading->IsCancelled();
+  if (result.ok && !isCalledOff) {
+    _Fill(reading->GetFile(), result);
+  } else if (!isCalledOff) {
     Q_EMIT Failed(QString::fromStdString(result.error));
   }
   _ReadNext();

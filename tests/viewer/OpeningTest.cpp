@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QToolButton>
 #include <QUrl>
+#include <chrono>
+#include <thread>
 
 #include "support/Stage.h"
 
@@ -31,6 +33,14 @@ protected:
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
     return file.fileName();
+  }
+  /// Until the worker is done, of which nobody has been told then: no event is handled meanwhile.
+  void WaitForReader()
+  {
+    ASSERT_TRUE(window->GetSession().IsReading());
+    while (window->GetSession().GetWorld()->GetMemTaskPool().GetUnfinishedCount() > 0) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
   }
   [[nodiscard]] std::string GetMessages() const { return window->GetMessages().GetMessages().join('\n').toStdString(); }
   [[nodiscard]] std::size_t GetDrawnCount() { return window->GetModel().GetDrawnCount(); }
@@ -134,6 +144,45 @@ TEST_F(Opening, CancelWhileReading_LeavesWhatWasOpen)
   EXPECT_EQ(GetDrawnCount(), 1U);
   EXPECT_EQ(GetMessages(), "");
   EXPECT_TRUE(window->findChild<QWidget*>("reading")->isHidden());
+}
+
+TEST_F(Opening, CancelWhenTheReaderIsDone_OpensNothing)
+{
+  window->Open({s_pump, s_hinge});
+  WaitForReader();
+
+  window->GetSession().CancelReading();
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
+  WaitForShapes();
+
+  EXPECT_THAT(window->GetSession().GetOpenFiles(), IsEmpty());
+  EXPECT_EQ(GetDrawnCount(), 0U);
+  EXPECT_EQ(GetMessages(), "");
+}
+
+TEST_F(Opening, CloseAllWhenTheReaderIsDone_OpensNothing)
+{
+  Open({s_leaf});
+  window->Open({s_pump});
+  WaitForReader();
+
+  window->GetSession().CloseAll();
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
+  WaitForShapes();
+
+  EXPECT_THAT(window->GetSession().GetOpenFiles(), IsEmpty());
+  EXPECT_EQ(GetDrawnCount(), 0U);
+}
+
+TEST_F(Opening, CancelOfAFileThatFails_SaysNothing)
+{
+  window->Open({Write("bad.stp", "This is no STEP file.\n")});
+  WaitForReader();
+
+  window->GetSession().CancelReading();
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
+
+  EXPECT_EQ(GetMessages(), "");
 }
 
 TEST_F(Opening, Open_AfterACancel_Reads)
