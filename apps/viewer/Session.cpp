@@ -111,7 +111,10 @@ void Session::_OnRead(const stepimport::ReadResult& result)
   } else if (!isCalledOff) {
     Q_EMIT Failed(QString::fromStdString(result.error));
   }
-  _ReadNext();
+  // Who was told of the file may have begun another one.
+  if (!m_reading) {
+    _ReadNext();
+  }
   if (!m_reading) {
     Q_EMIT ReadingEnded();
   }

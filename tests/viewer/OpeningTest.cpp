@@ -198,6 +198,26 @@ TEST_F(Opening, Open_AfterACancel_Reads)
   EXPECT_EQ(GetDrawnCount(), s_pumpParts);
 }
 
+TEST_F(Opening, Open_FromASlotOfOpened_ReadsOneFileAfterTheOther)
+{
+  QStringList begun;
+  QStringList opened;
+  viewer::Session& session = window->GetSession();
+  QObject::connect(&session, &viewer::Session::ReadingBegan, window.get(), [&](const QString& file) { begun += file; });
+  QObject::connect(&session, &viewer::Session::Opened, window.get(), [&](const QString& file) {
+    opened += file;
+    if (file == s_leaf) {
+      session.Open({s_hinge});
+    }
+  });
+
+  Open({s_leaf, s_pump});
+
+  EXPECT_EQ(begun, QStringList({s_leaf, s_pump, s_hinge}));
+  EXPECT_EQ(opened, begun);
+  EXPECT_EQ(GetDrawnCount(), s_pumpParts + 3);
+}
+
 TEST_F(Opening, Reading_ShowsHowFarItIs)
 {
   int most = 0;
