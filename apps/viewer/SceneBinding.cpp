@@ -71,6 +71,7 @@ SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
   connect(&m_associatedDue, &QTimer::timeout, this, &SceneBinding::_ShowAssociated);
   connect(&session, &Session::Opened, this,
           [this](const QString& /*file*/, const std::vector<PlacedShape>& shapes) { _Add(shapes); });
+  connect(&session, &Session::Closed, this, [this] { m_feeder.CallOff(); });
   session.GetScene()->RegisterObserver(
       *m_sceneFollower, du::Flags(memkernel::ShapeSceneExistence | memkernel::ShapeSceneVisibility), false);
   session.GetWorld()->selectionManager->RegisterObserver(s_selection, *m_selectionFollower);

@@ -2,6 +2,7 @@
 
 #include <Standard_Failure.hxx>
 
+#include <atomic>
 #include <utility>
 
 #include "Drawable.h"
@@ -20,45 +21,48 @@ bool HasTriangles(const memkernel::Shape& shape)
 
 }  // namespace
 
+/// A shape that was asked for, up to the moment when it is ready or called off.
+struct ShapeFeeder::Request {
+  /// Not to be looked at once the request is called off: it may have gone.
+  ShapeFeeder& feeder;
+  const du::SmartPtr<memkernel::Shape> shape;
+  const std::shared_ptr<const ShapeSource> source;
+  /// Written by the owner, read by workers.
+  std::atomic<bool> isCalledOff{false};
+  /// Null while nothing is loaded.
+  du::SmartPtr<LoadEvent> load{};
+};
+
 class ShapeFeeder::LoadEvent final : public zelloader::ShapeLoaderEvent {
 public:
-  LoadEvent(std::shared_ptr<ShapeFeeder*> feeder, const du::SmartPtr<memkernel::Shape>& shape,
-            std::shared_ptr<const ShapeSource> source)
-      : m_feeder(std::move(feeder)), m_shape(shape), m_source(std::move(source))
-  {
-  }
+  explicit LoadEvent(RequestPtr request) : m_request(std::move(request)) {}
 
 protected:
   void OnComplete(unsigned short /*status*/) override
   {
-    if (*m_feeder == nullptr) {
+    if (m_request->isCalledOff) {
       return;
     }
-    if (HasTriangles(*m_shape)) {
-      (*m_feeder)->_Copy(m_shape, m_source);
+    m_request->load.Reset();
+    if (HasTriangles(*m_request->shape)) {
+      m_request->feeder._Copy(m_request);
     } else {
-      (*m_feeder)->_Finish(*m_shape, TopoDS_Shape());
+      m_request->feeder._Finish(*m_request, TopoDS_Shape());
     }
   }
 
 private:
-  const std::shared_ptr<ShapeFeeder*> m_feeder;
-  const du::SmartPtr<memkernel::Shape> m_shape;
-  const std::shared_ptr<const ShapeSource> m_source;
+  const RequestPtr m_request;
 };
 
 class ShapeFeeder::CopyTask final : public du::Task {
 public:
-  CopyTask(std::shared_ptr<ShapeFeeder*> feeder, const du::SmartPtr<memkernel::Shape>& shape,
-           std::shared_ptr<const ShapeSource> source)
-      : m_feeder(std::move(feeder)), m_shape(shape), m_source(std::move(source))
-  {
-  }
+  explicit CopyTask(RequestPtr request) : m_request(std::move(request)) {}
 
   void Run() override
   {
     try {
-      m_drawable = MakeDrawable(*m_source);
+      m_drawable = m_request->isCalledOff ? TopoDS_Shape() : MakeDrawable(*m_request->source);
     } catch (const Standard_Failure&) {
       m_drawable.Nullify();
     }
@@ -66,15 +70,13 @@ public:
 
   void TaskComplete() override
   {
-    if (*m_feeder != nullptr) {
-      (*m_feeder)->_Finish(*m_shape, m_drawable);
+    if (!m_request->isCalledOff) {
+      m_request->feeder._Finish(*m_request, m_drawable);
     }
   }
 
 private:
-  const std::shared_ptr<ShapeFeeder*> m_feeder;
-  const du::SmartPtr<memkernel::Shape> m_shape;
-  const std::shared_ptr<const ShapeSource> m_source;
+  const RequestPtr m_request;
   TopoDS_Shape m_drawable;
 };
 
@@ -82,41 +84,59 @@ ShapeFeeder::ShapeFeeder(const du::SmartPtr<memkernel::World>& world, Ready read
     : m_world(world),
       m_ready(std::move(ready)),
       m_manager(world->CreateManagedObject()),
-      m_lane(world->GetMemTaskPool().CreateLane()),
-      m_self(std::make_shared<ShapeFeeder*>(this))
+      m_lane(world->GetMemTaskPool().CreateLane())
 {
 }
 
 ShapeFeeder::~ShapeFeeder()
 {
-  *m_self = nullptr;
+  CallOff();
+}
+
+void ShapeFeeder::CallOff()
+{
+  for (const auto& [shape, request] : std::exchange(m_waiting, {})) {
+    request->isCalledOff = true;
+    if (request->load) {
+      // They hold each other otherwise.
+      std::exchange(request->load, {})->Cancel();
+    }
+  }
 }
 
 void ShapeFeeder::Ask(const du::SmartPtr<memkernel::Shape>& shape, const std::shared_ptr<const ShapeSource>& source)
 {
-  if (!m_waiting.insert(shape.Get()).second) {
+  RequestPtr& request = m_waiting[shape.Get()];
+  if (request) {
     return;
   }
+  request.reset(new Request{*this, shape, source});
   if (HasTriangles(*shape)) {
-    _Copy(shape, source);
-    return;
+    _Copy(request);
+  } else {
+    _Load(request);
   }
-  const auto event = du::MakeSmart<LoadEvent>(m_self, shape, source);
+}
+
+void ShapeFeeder::_Load(const RequestPtr& request)
+{
+  const auto event = du::MakeSmart<LoadEvent>(request);
+  request->load = event;
   m_manager->ManageObject(event);
-  m_world->GetMemLoader().LoadShape(shape, du::Flags(zelloader::Loader::LoadGeometry), event.Get(), nullptr);
+  m_world->GetMemLoader().LoadShape(request->shape, du::Flags(zelloader::Loader::LoadGeometry), event.Get(), nullptr);
 }
 
-void ShapeFeeder::_Copy(const du::SmartPtr<memkernel::Shape>& shape, const std::shared_ptr<const ShapeSource>& source)
+void ShapeFeeder::_Copy(const RequestPtr& request)
 {
-  if (!m_world->GetMemTaskPool().InsertTaskInLane(du::MakeSmart<CopyTask>(m_self, shape, source), m_lane)) {
-    _Finish(*shape, TopoDS_Shape());
+  if (!m_world->GetMemTaskPool().InsertTaskInLane(du::MakeSmart<CopyTask>(request), m_lane)) {
+    _Finish(*request, TopoDS_Shape());
   }
 }
 
-void ShapeFeeder::_Finish(const memkernel::Shape& shape, const TopoDS_Shape& drawable)
+void ShapeFeeder::_Finish(const Request& request, const TopoDS_Shape& drawable)
 {
-  m_waiting.erase(&shape);
-  m_ready(shape, drawable);
+  const RequestPtr finished = m_waiting.extract(request.shape.Get()).mapped();
+  m_ready(*finished->shape, drawable);
 }
 
 }  // namespace viewer

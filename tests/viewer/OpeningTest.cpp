@@ -255,6 +255,23 @@ TEST_F(Opening, Close_WhileShapesAreLoading_LeavesNothing)
   EXPECT_EQ(GetDrawnCount(), 0U);
 }
 
+TEST_F(Opening, Close_BeforeTheShapesAreLoaded_LeavesThemUnloaded)
+{
+  memkernel::World& world = *window->GetSession().GetWorld();
+  auto pause = std::make_unique<memkernel::ParallelTaskPause>(world.GetMemTaskPool());
+  window->Open({s_pump});
+  WaitFor([this] { return !window->GetSession().IsReading(); }, "the file");
+  const auto shape = du::DynamicCast<memkernel::Instance>(Find("bolt:1"))->GetProduct()->GetShape();
+  ASSERT_GT(window->GetBinding().GetLoadingCount(), 0U);
+
+  window->GetSession().CloseAll();
+  EXPECT_EQ(window->GetBinding().GetLoadingCount(), 0U);
+  pause.reset();
+  WaitFor([&world] { return world.GetMemLoader().GetLoadCount() == 0; }, "the loads");
+
+  EXPECT_EQ(shape->GetDataStatus(), zelk::ShapeDataNone);
+}
+
 TEST_F(Opening, Open_OfWhatWasClosed_DrawsItAgain)
 {
   Open({s_pump});
