@@ -76,6 +76,8 @@ MainWindow::MainWindow()
   statusBar()->addPermanentWidget(m_reading);
   statusBar()->addPermanentWidget(m_counts);
   m_counts->setObjectName("counts");
+  m_countsDue.setSingleShot(true);
+  connect(&m_countsDue, &QTimer::timeout, this, &MainWindow::_UpdateCounts);
   m_splitter->setChildrenCollapsible(false);
   addDockWidget(Qt::LeftDockWidgetArea, m_structure.get());
   resizeDocks({m_structure.get()}, {s_structureWidth}, Qt::Horizontal);
@@ -111,10 +113,10 @@ void MainWindow::_ConnectSession()
     _UpdateActions();
   });
   connect(&m_session, &Session::Closed, this, &MainWindow::_UpdateActions);
-  connect(&m_session, &Session::Closed, this, &MainWindow::_UpdateCounts);
-  connect(&m_model, &ModelScene::ContentChanged, this, &MainWindow::_UpdateCounts);
+  connect(&m_session, &Session::Closed, this, &MainWindow::_CountSoon);
+  connect(&m_model, &ModelScene::ContentChanged, this, &MainWindow::_CountSoon);
   connect(&m_binding, &SceneBinding::SelectionChanged, this, &MainWindow::_UpdateActions);
-  connect(&m_binding, &SceneBinding::SelectionChanged, this, &MainWindow::_UpdateCounts);
+  connect(&m_binding, &SceneBinding::SelectionChanged, this, &MainWindow::_CountSoon);
   connect(&m_binding, &SceneBinding::PointedAt, this, [this](const QString& name) { statusBar()->showMessage(name); });
 }
 

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QSplitter>
 #include <QStringList>
+#include <QTimer>
 #include <memory>
 #include <vector>
 
@@ -63,6 +64,8 @@ private:
   void _SetDark(bool on);
   [[nodiscard]] ModelView& _GetActiveView() const;
   void _UpdateActions();
+  /// Once for all that changes in a turn of the event loop: to count costs as much as there is to count.
+  void _CountSoon() { m_countsDue.start(); }
   void _UpdateCounts();
   void _Restore();
   void _Store() const;
@@ -82,6 +85,7 @@ private:
   QList<QAction*> m_needSelection;
   QList<QAction*> m_needContent;
   std::vector<View> m_views;
+  QTimer m_countsDue;
 };
 
 }  // namespace viewer

@@ -56,6 +56,26 @@ TEST_F(Window, StatusBar_CountsWhatIsShownAndSelected)
   EXPECT_EQ(counts->text(), "22 of 26 shown, 1 selected");
 }
 
+TEST_F(Window, StatusBar_CountsOnceForAllThatChangesTogether)
+{
+  Open({s_pump});
+  Select("bolt set:1");
+  const auto* const counts = window->findChild<QLabel*>("counts");
+  const QString before = counts->text();
+  int changes = 0;
+  QObject::connect(&window->GetModel(), &viewer::ModelScene::ContentChanged, window.get(), [&] {
+    ++changes;
+    EXPECT_EQ(counts->text(), before);
+  });
+
+  window->GetBinding().HideSelected();
+  EXPECT_EQ(changes, 4);
+  EXPECT_EQ(counts->text(), before);
+
+  Settle();
+  EXPECT_EQ(counts->text(), "22 of 26 shown, 1 selected");
+}
+
 TEST_F(Window, Size_IsRemembered)
 {
   window->resize(777, 555);
