@@ -165,15 +165,20 @@ void SceneBinding::SelectNothing()
   m_session.GetWorld()->selectionManager->ApplyItems(s_selection, {}, zelk::SelectionManager::OperationSet);
 }
 
-void SceneBinding::SetVisible(const InstanceList& instances, bool isVisible)
+bool SceneBinding::SetVisible(const InstanceList& instances, bool isVisible)
 {
   InstanceList all;
   zelk::Instance::GetInstancesAndDescendents(instances, all);
   memkernel::ShapeScene& scene = *m_session.GetScene();
   const memkernel::ShapeSceneBatch batch(scene);
+  bool hasChanged = false;
   for (const auto& instance : all) {
-    scene.SetVisible(scene.FindShapeInstance(instance.Get()), isVisible);
+    const auto shape = scene.FindShapeInstance(instance.Get());
+    if (shape && shape->IsVisible() != isVisible) {
+      hasChanged = scene.SetVisible(shape, isVisible) || hasChanged;
+    }
   }
+  return hasChanged;
 }
 
 void SceneBinding::HideSelected()

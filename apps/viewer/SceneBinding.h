@@ -38,8 +38,8 @@ public:
   void ShowSelected();
   void ShowOnlySelected();
   void ShowAll();
-  /// All that is in the scene at these instances and below them.
-  void SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
+  /// All that is in the scene at these instances and below them. Whether any of it was otherwise before.
+  bool SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
 
   [[nodiscard]] std::size_t GetSelectedCount() const;
   /// Whether the selection of the kernel is drawn; otherwise it will be soon.

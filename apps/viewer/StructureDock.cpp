@@ -116,8 +116,7 @@ bool StructureDock::_SetVisible(const qthost::GuiTreePanel::Instances& instances
       found.insert(std::move(own));
     }
   }
-  m_binding.SetVisible(found, isVisible);
-  return !found.empty();
+  return m_binding.SetVisible(found, isVisible);
 }
 
 void StructureDock::SaveSettings(QSettings& settings) const

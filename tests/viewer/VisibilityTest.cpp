@@ -62,6 +62,19 @@ TEST_F(Visibility, Show_BringsWhatIsSelectedBack)
   EXPECT_TRUE(window->GetModel().IsSelected(*Find("core")));
 }
 
+TEST_F(Visibility, SetVisible_TellsWhetherAnythingHasChanged)
+{
+  viewer::SceneBinding& binding = window->GetBinding();
+  const auto bolts = Find("bolt set:1");
+
+  EXPECT_FALSE(binding.SetVisible({bolts}, true));
+  EXPECT_TRUE(binding.SetVisible({Find("bolt:2")}, false));
+  EXPECT_TRUE(binding.SetVisible({bolts}, false));
+  EXPECT_FALSE(binding.SetVisible({bolts}, false));
+  EXPECT_TRUE(binding.SetVisible({bolts}, true));
+  EXPECT_FALSE(binding.SetVisible({}, false));
+}
+
 TEST_F(Visibility, ShowOnlyThis_HidesAllOthers)
 {
   Select("valve block:1");

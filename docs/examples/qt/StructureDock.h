@@ -50,7 +50,9 @@ inline bool ShowInScene(memkernel::ShapeScene& scene, const qthost::GuiTreePanel
   bool hasChanged = false;
   for (const auto& instance : branches) {
     const auto shown = scene.FindShapeInstance(zelk::AsInstance(instance.Get()));
-    hasChanged = (shown && scene.SetVisible(shown, isVisible)) || hasChanged;
+    if (shown && shown->IsVisible() != isVisible) {
+      hasChanged = scene.SetVisible(shown, isVisible) || hasChanged;
+    }
   }
   return hasChanged;
 }
