@@ -47,6 +47,12 @@ V3d_TypeOfOrientation ToOrientation(Direction direction)
   return V3d_XposYnegZpos;
 }
 
+/// What is highlighted under the pointer; null for nothing.
+Handle(AIS_InteractiveObject) FindDetected(AIS_InteractiveContext& context)
+{
+  return context.HasDetected() ? context.DetectedInteractive() : Handle(AIS_InteractiveObject)();
+}
+
 Quantity_Color MakeColor(int red, int green, int blue)
 {
   return {red / 255.0, green / 255.0, blue / 255.0, Quantity_TOC_sRGB};
@@ -175,11 +181,15 @@ du::SmartPtr<memkernel::Instance> ModelView::FindAt(const QPoint& place)
   }
   const QPoint pixel = _ToPixels(place);
   const Handle(AIS_InteractiveContext)& context = m_scene.GetContext();
+  const Handle(AIS_InteractiveObject) before = FindDetected(*context);
   context->MoveTo(pixel.x(), pixel.y(), m_view, false);
   auto found = context->HasDetected() ? m_scene.FindInstance(context->DetectedInteractive().get()) : nullptr;
   // The colour of the selection must stay to be seen.
   if (found && m_scene.IsSelected(*found)) {
     context->ClearDetected(false);
+  }
+  if (FindDetected(*context) != before) {
+    _Update();
   }
   return found;
 }
@@ -199,7 +209,6 @@ QImage ModelView::Capture()
 void ModelView::_Hover(const QPoint& place)
 {
   const du::SmartPtr<memkernel::Instance> found = FindAt(place);
-  _Update();
   if (found != m_hovered) {
     m_hovered = found;
     Q_EMIT Hovered(found);

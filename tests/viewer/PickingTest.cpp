@@ -15,6 +15,21 @@ using viewertest::s_pump;
 
 constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
 
+/// Counts how often a widget is drawn.
+class PaintCounter final : public QObject {
+public:
+  explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+
+  int count = 0;
+
+protected:
+  bool eventFilter(QObject* watched, QEvent* event) override
+  {
+    count += event->type() == QEvent::Paint ? 1 : 0;
+    return QObject::eventFilter(watched, event);
+  }
+};
+
 class Picking : public viewertest::Stage {
 protected:
   void LookFromAbove(const QString& file = s_pump)
@@ -175,6 +190,52 @@ TEST_F(Picking, Hover_HighlightsInTheKernelAndNamesThePart)
   Move(View(), s_nowhere);
   EXPECT_THAT(GetSelected(s_associated), IsEmpty());
   EXPECT_EQ(window->statusBar()->currentMessage(), "");
+}
+
+TEST_F(Picking, Hover_IsSeen)
+{
+  LookFromAbove();
+  const QPoint place = PlaceOf("core");
+  const QColor before = ColorAt(place);
+
+  Move(View(), place);
+  EXPECT_NE(ColorAt(place), before);
+
+  Move(View(), s_nowhere);
+  EXPECT_EQ(ColorAt(place), before);
+}
+
+TEST_F(Picking, Hover_DrawsOnlyWhenSomethingElseIsFound)
+{
+  LookFromAbove();
+  const QPoint place = PlaceOf("core");
+  Move(View(), place);
+  PaintCounter paints(View());
+
+  Move(View(), place + QPoint(1, 0));
+  EXPECT_EQ(paints.count, 0);
+
+  Move(View(), s_nowhere);
+  EXPECT_GT(paints.count, 0);
+  paints.count = 0;
+
+  Move(View(), s_nowhere + QPoint(1, 0));
+  EXPECT_EQ(paints.count, 0);
+}
+
+TEST_F(Picking, Hover_AfterAClickThatTookThePartAway_IsSeenAgain)
+{
+  LookFromAbove();
+  const QPoint place = PlaceOf("core");
+  Move(View(), place);
+  const QColor hovered = ColorAt(place);
+  Click(place);
+  Click(place, Qt::ControlModifier);
+  ASSERT_NE(ColorAt(place), hovered);
+
+  Move(View(), place + QPoint(1, 0));
+
+  EXPECT_EQ(ColorAt(place), hovered);
 }
 
 TEST_F(Picking, AssociatedHighlight_ByTheKernel_IsDrawn)
