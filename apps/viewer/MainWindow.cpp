@@ -20,6 +20,8 @@ namespace {
 constexpr const char* s_geometryKey = "window/geometry";
 constexpr const char* s_stateKey = "window/state";
 constexpr const char* s_darkKey = "view/dark";
+constexpr const char* s_twoViewsKey = "view/two";
+constexpr const char* s_splitKey = "view/split";
 constexpr int s_structureWidth = 380;
 constexpr const char* s_folderKey = "open/folder";
 
@@ -321,6 +323,10 @@ void MainWindow::_Restore()
   }
   restoreState(settings.value(s_stateKey).toByteArray());
   m_dark->setChecked(settings.value(s_darkKey, IsPaletteDark()).toBool());
+  m_twoViews->setChecked(settings.value(s_twoViewsKey, false).toBool());
+  if (m_twoViews->isChecked()) {
+    m_splitter->restoreState(settings.value(s_splitKey).toByteArray());
+  }
   m_structure->RestoreSettings(settings);
 }
 
@@ -330,6 +336,10 @@ void MainWindow::_Store() const
   settings.setValue(s_geometryKey, saveGeometry());
   settings.setValue(s_stateKey, saveState());
   settings.setValue(s_darkKey, m_dark->isChecked());
+  settings.setValue(s_twoViewsKey, m_twoViews->isChecked());
+  if (m_twoViews->isChecked()) {
+    settings.setValue(s_splitKey, m_splitter->saveState());
+  }
   m_structure->SaveSettings(settings);
 }
 

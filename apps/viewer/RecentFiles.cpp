@@ -13,6 +13,8 @@ constexpr const char* s_key = "recentFiles";
 
 RecentFiles::RecentFiles(QMenu& menu, QObject* parent) : QObject(parent), m_menu(menu)
 {
+  // Only the tips tell files of one name apart.
+  menu.setToolTipsVisible(true);
   connect(&menu, &QMenu::aboutToShow, this, &RecentFiles::_FillMenu);
   _FillMenu();
 }

@@ -2,10 +2,13 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QSettings>
+#include <QSplitter>
 #include <QTest>
+#include <QToolTip>
 
 #include "support/Stage.h"
 
@@ -84,6 +87,49 @@ TEST_F(Window, Size_IsRemembered)
   Restart();
 
   EXPECT_EQ(window->size(), QSize(777, 555));
+}
+
+TEST_F(Window, TwoViews_AreRememberedWithTheirSizes)
+{
+  FindAction("Two Views")->trigger();
+  auto* splitter = window->findChild<QSplitter*>();
+  splitter->setSizes({150, splitter->width() - 150});
+  Settle();
+  const QList<int> sizes = splitter->sizes();
+  ASSERT_NE(sizes[0], sizes[1]);
+
+  Restart();
+  Settle();
+
+  EXPECT_TRUE(FindAction("Two Views")->isChecked());
+  ASSERT_EQ(window->GetViews().size(), 2U);
+  EXPECT_EQ(window->findChild<QSplitter*>()->sizes(), sizes);
+}
+
+TEST_F(Window, OneView_IsRemembered)
+{
+  FindAction("Two Views")->trigger();
+  Restart();
+  FindAction("Two Views")->trigger();
+
+  Restart();
+
+  EXPECT_EQ(window->GetViews().size(), 1U);
+}
+
+TEST_F(Window, RecentFiles_TellTheirFoldersInTips)
+{
+  Open({s_leaf});
+  QMenu& menu = *GetRecentMenu();
+  menu.popup({0, 0});
+  const QPoint place = menu.actionGeometry(menu.actions().front()).center();
+
+  QHelpEvent event(QEvent::ToolTip, place, menu.mapToGlobal(place));
+  QApplication::sendEvent(&menu, &event);
+
+  EXPECT_EQ(QToolTip::text(), s_leaf);
+  QToolTip::hideText();
+  menu.close();
 }
 
 TEST_F(Window, RecentFiles_AreRememberedNewestFirst)
