@@ -3,6 +3,7 @@
 #include <Aspect_DisplayConnection.hxx>
 #include <OpenGl_GraphicDriver.hxx>
 #include <Standard_Failure.hxx>
+#include <V3d_Viewer.hxx>
 #include <Xw_Window.hxx>
 
 #include <QGuiApplication>
@@ -38,6 +39,22 @@ Handle(Aspect_Window) MakeNativeWindow(const Handle(Graphic3d_GraphicDriver) & d
     window->Map();
   }
   return Handle(Aspect_Window)(window);
+}
+
+void EndView(Handle(V3d_View) & view)
+{
+  const auto driver = Handle(OpenGl_GraphicDriver)::DownCast(view->Viewer()->Driver());
+  QWidget standIn;
+  // Where OpenGL is in use the driver fails at a view that never had a window.
+  if (view->Window().IsNull() && !driver->GetSharedContext().IsNull()) {
+    const Handle(Xw_Window) window =
+        new Xw_Window(driver->GetDisplayConnection(), static_cast<Aspect_Drawable>(standIn.winId()));
+    window->SetVirtual(true);
+    view->SetWindow(window);
+  }
+  view->Remove();
+  // Ahead of the window that stands in.
+  view.Nullify();
 }
 
 }  // namespace viewer

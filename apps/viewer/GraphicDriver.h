@@ -2,6 +2,7 @@
 
 #include <Aspect_Window.hxx>
 #include <Graphic3d_GraphicDriver.hxx>
+#include <V3d_View.hxx>
 
 #include <QWidget>
 
@@ -12,5 +13,8 @@ namespace viewer {
 
 /// The native window of `widget`, for a driver of the above.
 [[nodiscard]] Handle(Aspect_Window) MakeNativeWindow(const Handle(Graphic3d_GraphicDriver) & driver, QWidget& widget);
+
+/// Takes a view of such a driver out of its viewer, whether it ever had a window or not, and lets go of it.
+void EndView(Handle(V3d_View) & view);
 
 }  // namespace viewer

@@ -83,7 +83,7 @@ ModelView::ModelView(ModelScene& scene, QWidget* parent)
 
 ModelView::~ModelView()
 {
-  m_view->Remove();
+  EndView(m_view);
 }
 
 // Not before the first paint: the window of the widget is there then, and has its size.

@@ -79,7 +79,7 @@ private:
   void _TakeCamera() { m_showsAll = false; }
 
   ModelScene& m_scene;
-  const Handle(V3d_View) m_view;
+  Handle(V3d_View) m_view;
   bool m_isOpen = false;
   bool m_isStale = true;
   bool m_isDark = false;

@@ -106,6 +106,18 @@ TEST_F(Window, TwoViews_AreRememberedWithTheirSizes)
   EXPECT_EQ(window->findChild<QSplitter*>()->sizes(), sizes);
 }
 
+TEST_F(Window, TwoViews_EndBeforeTheyWereDrawn)
+{
+  Open({s_leaf});
+
+  FindAction("Two Views")->trigger();
+  FindAction("Two Views")->trigger();
+  Settle();
+
+  EXPECT_EQ(window->GetViews().size(), 1U);
+  EXPECT_TRUE(View().FindAt(View().rect().center()));
+}
+
 TEST_F(Window, OneView_IsRemembered)
 {
   FindAction("Two Views")->trigger();
