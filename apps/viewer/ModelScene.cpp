@@ -7,7 +7,7 @@
 #include <Quantity_Color.hxx>
 #include <SelectMgr_SelectionManager.hxx>
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <stdexcept>
 #include <utility>
 
@@ -73,7 +73,7 @@ ModelScene::ModelScene()
   m_viewer->SetDefaultTypeOfView(V3d_ORTHOGRAPHIC);
   _SetUpContext();
   m_timer.setInterval(0);
-  connect(&m_timer, &QTimer::timeout, this, &ModelScene::_MakeSome);
+  connect(&m_timer, &QTimer::timeout, this, &ModelScene::_WorkSome);
 }
 
 ModelScene::~ModelScene()
@@ -102,6 +102,7 @@ void ModelScene::SetColors(const dg::Color& selected, const dg::Color& associate
   for (const InstanceSet* const highlighted : {&m_selected, &m_associated}) {
     for (const zelk::BaseInstance* const instance : *highlighted) {
       if (Item* const item = _Find(*instance)) {
+        item->look = Look::Plain;
         _Highlight(*item);
       }
     }
@@ -186,23 +187,44 @@ void ModelScene::_MakePending(const zelk::BaseInstance& instance)
   m_timer.start();
 }
 
-void ModelScene::_MakeSome()
+// What the user has just asked for comes before what is still to come.
+void ModelScene::_WorkSome()
 {
-  QElapsedTimer clock;
-  clock.start();
-  while (!m_pending.empty() && clock.elapsed() < s_portionMs) {
-    const zelk::BaseInstance* const instance = m_pending.front();
-    m_pending.pop_front();
-    // It may have gone meanwhile, and another one have come in its place, which waits for itself.
-    Item* const item = _Find(*instance);
-    if (item != nullptr && item->presentation.IsNull()) {
-      _Make(*item);
-    }
+  const QDeadlineTimer end(s_portionMs);
+  const bool isMaking = m_unlit.empty();
+  while (!m_unlit.empty() && !end.hasExpired()) {
+    _HighlightFirst();
   }
-  if (m_pending.empty()) {
+  while (isMaking && !m_pending.empty() && !end.hasExpired()) {
+    _MakeFirst();
+  }
+  if (!IsAtWork()) {
     m_timer.stop();
   }
-  Q_EMIT ContentChanged();
+  if (isMaking) {
+    Q_EMIT ContentChanged();
+  } else {
+    Q_EMIT Changed();
+  }
+}
+
+// What waits may have gone meanwhile, and another one have come in its place, which waits for itself.
+void ModelScene::_MakeFirst()
+{
+  Item* const item = _Find(*m_pending.front());
+  m_pending.pop_front();
+  if (item != nullptr && item->presentation.IsNull()) {
+    _Make(*item);
+  }
+}
+
+void ModelScene::_HighlightFirst()
+{
+  Item* const item = _Find(*m_unlit.front());
+  m_unlit.pop_front();
+  if (item != nullptr) {
+    _Highlight(*item);
+  }
 }
 
 void ModelScene::_Make(Item& item)
@@ -229,48 +251,53 @@ void ModelScene::_Display(Item& item)
 void ModelScene::_Erase(Item& item)
 {
   m_context->Unhilight(item.presentation, false);
+  item.look = Look::Plain;
   m_context->Erase(item.presentation, false);
   --m_shownCount;
 }
 
 void ModelScene::_Highlight(Item& item)
 {
-  if (item.presentation.IsNull() || !item.isVisible) {
+  const Look look = item.isSelected ? Look::Selected : item.isAssociated ? Look::Associated : Look::Plain;
+  if (item.presentation.IsNull() || !item.isVisible || item.look == look) {
     return;
   }
-  if (item.isSelected || item.isAssociated) {
-    m_context->HilightWithColor(item.presentation, item.isSelected ? m_selectedStyle : m_associatedStyle, false);
-  } else if (m_context->IsHilighted(item.presentation)) {
+  item.look = look;
+  if (look == Look::Plain) {
     m_context->Unhilight(item.presentation, false);
+  } else {
+    m_context->HilightWithColor(item.presentation, item.isSelected ? m_selectedStyle : m_associatedStyle, false);
   }
 }
 
 template <bool ModelScene::Item::*Flag>
-void ModelScene::_SetFlag(InstanceSet& present, const InstanceSet& wanted)
+void ModelScene::_SetFlag(InstanceSet& present, InstanceSet wanted)
 {
   const auto set = [this](const InstanceSet& instances, const InstanceSet& others, bool isOn) {
     for (const zelk::BaseInstance* const instance : instances) {
       Item* const item = others.contains(instance) ? nullptr : _Find(*instance);
       if (item != nullptr) {
         item->*Flag = isOn;
-        _Highlight(*item);
+        m_unlit.push_back(instance);
       }
     }
   };
   set(present, wanted, false);
   set(wanted, present, true);
-  present = wanted;
-  Q_EMIT Changed();
+  present = std::move(wanted);
+  if (!m_unlit.empty()) {
+    m_timer.start();
+  }
 }
 
-void ModelScene::SetSelected(const InstanceSet& instances)
+void ModelScene::SetSelected(InstanceSet instances)
 {
-  _SetFlag<&Item::isSelected>(m_selected, instances);
+  _SetFlag<&Item::isSelected>(m_selected, std::move(instances));
 }
 
-void ModelScene::SetAssociated(const InstanceSet& instances)
+void ModelScene::SetAssociated(InstanceSet instances)
 {
-  _SetFlag<&Item::isAssociated>(m_associated, instances);
+  _SetFlag<&Item::isAssociated>(m_associated, std::move(instances));
 }
 
 du::SmartPtr<memkernel::Instance> ModelScene::FindInstance(const AIS_InteractiveObject* presentation) const

@@ -1,7 +1,8 @@
 #include "SceneBinding.h"
 
+#include <utility>
+
 #include "memkernel/SelectionManager.h"
-#include "zelk/SelectionObserver.h"
 #include "zelk/ShapeSceneObserver.h"
 
 namespace viewer {
@@ -12,6 +13,8 @@ using InstanceList = std::set<du::SmartPtr<zelk::Instance>>;
 
 constexpr unsigned int s_selection = zelk::SelectionManager::SelectionList;
 constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
+/// What the pointer only passes is not worth the work.
+constexpr int s_restMs = 50;
 
 }  // namespace
 
@@ -43,46 +46,31 @@ private:
   ModelScene& m_drawn;
 };
 
-/// However much of a list changes in one turn, what is drawn follows once.
-class SceneBinding::ListFollower final : public zelk::SelectionObserver {
-public:
-  explicit ListFollower(QTimer& due) : m_due(due) {}
-
-  void OnEndUpdate() override { m_due.start(); }
-
-private:
-  QTimer& m_due;
-};
-
 SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
     : m_session(session),
       m_drawn(drawn),
       m_feeder(session.GetWorld(), [&drawn](const memkernel::Shape& shape,
                                             const TopoDS_Shape& drawable) { drawn.PutShape(shape, drawable); }),
       m_sceneFollower(du::MakeSmart<SceneFollower>(drawn)),
-      m_selectionFollower(du::MakeSmart<ListFollower>(m_selectionDue)),
-      m_associatedFollower(du::MakeSmart<ListFollower>(m_associatedDue))
+      m_selected(session.GetWorld(), s_selection,
+                 [&drawn](ModelScene::InstanceSet instances) { drawn.SetSelected(std::move(instances)); }),
+      m_associated(session.GetWorld(), s_associated,
+                   [&drawn](ModelScene::InstanceSet instances) { drawn.SetAssociated(std::move(instances)); })
 {
-  for (QTimer* const due : {&m_selectionDue, &m_associatedDue}) {
-    due->setSingleShot(true);
-    due->setInterval(0);
-  }
-  connect(&m_selectionDue, &QTimer::timeout, this, &SceneBinding::_ShowSelection);
-  connect(&m_associatedDue, &QTimer::timeout, this, &SceneBinding::_ShowAssociated);
+  m_pointedDue.setSingleShot(true);
+  m_pointedDue.setInterval(s_restMs);
+  connect(&m_pointedDue, &QTimer::timeout, this, &SceneBinding::_HighlightPointed);
+  connect(&m_selected, &ListHighlight::Changed, this, &SceneBinding::SelectionChanged);
   connect(&session, &Session::Opened, this,
           [this](const QString& /*file*/, const std::vector<PlacedShape>& shapes) { _Add(shapes); });
-  connect(&session, &Session::Closed, this, [this] { m_feeder.CallOff(); });
+  connect(&session, &Session::Closed, this, &SceneBinding::_ForgetAll);
   session.GetScene()->RegisterObserver(
       *m_sceneFollower, du::Flags(memkernel::ShapeSceneExistence | memkernel::ShapeSceneVisibility), false);
-  session.GetWorld()->selectionManager->RegisterObserver(s_selection, *m_selectionFollower);
-  session.GetWorld()->selectionManager->RegisterObserver(s_associated, *m_associatedFollower);
 }
 
 SceneBinding::~SceneBinding()
 {
   m_session.GetScene()->UnregisterObserver(*m_sceneFollower);
-  m_session.GetWorld()->selectionManager->UnregisterObserver(s_selection, *m_selectionFollower);
-  m_session.GetWorld()->selectionManager->UnregisterObserver(s_associated, *m_associatedFollower);
 }
 
 void SceneBinding::Follow(ModelView& view)
@@ -101,6 +89,21 @@ void SceneBinding::_Add(const std::vector<PlacedShape>& shapes)
   for (const PlacedShape& placed : shapes) {
     m_feeder.Ask(placed.instance->GetProduct()->GetShape(), placed.source);
   }
+  _RefreshHighlights();
+}
+
+void SceneBinding::_ForgetAll()
+{
+  m_feeder.CallOff();
+  PointAt({});
+  _RefreshHighlights();
+}
+
+// The tree is another one below what is highlighted.
+void SceneBinding::_RefreshHighlights()
+{
+  m_selected.Refresh();
+  m_associated.Refresh();
 }
 
 du::SmartPtr<memkernel::Instance> SceneBinding::_ChooseRow(const du::SmartPtr<memkernel::Instance>& picked) const
@@ -126,9 +129,25 @@ void SceneBinding::_OnPicked(const du::SmartPtr<memkernel::Instance>& instance, 
 
 void SceneBinding::PointAt(const du::SmartPtr<memkernel::Instance>& instance)
 {
-  m_session.GetWorld()->GetMemSelectionManager().ApplyInstances(s_associated, {instance},
-                                                                zelk::SelectionManager::OperationSet);
+  m_pointed = instance;
+  if (instance) {
+    m_pointedDue.start();
+  } else {
+    m_pointedDue.stop();
+    _HighlightPointed();
+  }
   Q_EMIT PointedAt(instance ? QString::fromUtf8(instance->GetObjectName().GetView()) : QString());
+}
+
+void SceneBinding::_HighlightPointed()
+{
+  m_session.GetWorld()->GetMemSelectionManager().ApplyInstances(s_associated, {m_pointed},
+                                                                zelk::SelectionManager::OperationSet);
+}
+
+bool SceneBinding::IsUpToDate() const
+{
+  return !m_pointedDue.isActive() && m_selected.IsUpToDate() && m_associated.IsUpToDate() && !m_drawn.IsAtWork();
 }
 
 InstanceList SceneBinding::_GetListed(unsigned int list) const
@@ -136,28 +155,6 @@ InstanceList SceneBinding::_GetListed(unsigned int list) const
   InstanceList listed;
   m_session.GetWorld()->selectionManager->GetSelectedInstances(list, listed, zelk::ExpandRuleInstances);
   return listed;
-}
-
-ModelScene::InstanceSet SceneBinding::_GetListedWithDescendents(unsigned int list) const
-{
-  InstanceList all;
-  zelk::Instance::GetInstancesAndDescendents(_GetListed(list), all);
-  ModelScene::InstanceSet instances;
-  for (const auto& instance : all) {
-    instances.insert(instance.Get());
-  }
-  return instances;
-}
-
-void SceneBinding::_ShowSelection()
-{
-  m_drawn.SetSelected(_GetListedWithDescendents(s_selection));
-  Q_EMIT SelectionChanged();
-}
-
-void SceneBinding::_ShowAssociated()
-{
-  m_drawn.SetAssociated(_GetListedWithDescendents(s_associated));
 }
 
 void SceneBinding::SelectNothing()

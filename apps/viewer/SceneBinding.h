@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "ListHighlight.h"
 #include "ModelScene.h"
 #include "ModelView.h"
 #include "PlacedShape.h"
@@ -30,7 +31,8 @@ public:
   /// Without bodies what is picked is the part.
   void SetPickingBodies(bool on) { m_picksBodies = on; }
 
-  /// Highlights an instance and all that is below it, and tells its name; nothing any more for null.
+  /// Tells the name of an instance, and highlights it with all that is below it once this has not been called for a
+  /// moment; nothing any more for null, at once.
   void PointAt(const du::SmartPtr<memkernel::Instance>& instance);
   void SelectNothing();
   /// These work on what is selected, with all that is below it, and do nothing without a selection.
@@ -42,8 +44,8 @@ public:
   bool SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
 
   [[nodiscard]] std::size_t GetSelectedCount() const;
-  /// Whether the selection of the kernel is drawn; otherwise it will be soon.
-  [[nodiscard]] bool IsUpToDate() const { return !m_selectionDue.isActive() && !m_associatedDue.isActive(); }
+  /// Whether what is selected and pointed at is drawn; otherwise it will be soon.
+  [[nodiscard]] bool IsUpToDate() const;
   [[nodiscard]] std::size_t GetLoadingCount() const noexcept { return m_feeder.GetWaitingCount(); }
 
 Q_SIGNALS:
@@ -53,24 +55,23 @@ Q_SIGNALS:
 
 private:
   class SceneFollower;
-  class ListFollower;
 
   void _Add(const std::vector<PlacedShape>& shapes);
+  void _ForgetAll();
+  void _RefreshHighlights();
   void _OnPicked(const du::SmartPtr<memkernel::Instance>& instance, PickMode mode);
-  void _ShowSelection();
-  void _ShowAssociated();
+  void _HighlightPointed();
   [[nodiscard]] du::SmartPtr<memkernel::Instance> _ChooseRow(const du::SmartPtr<memkernel::Instance>& picked) const;
   [[nodiscard]] std::set<du::SmartPtr<zelk::Instance>> _GetListed(unsigned int list) const;
-  [[nodiscard]] ModelScene::InstanceSet _GetListedWithDescendents(unsigned int list) const;
 
   Session& m_session;
   ModelScene& m_drawn;
   ShapeFeeder m_feeder;
   du::SmartPtr<SceneFollower> m_sceneFollower;
-  du::SmartPtr<ListFollower> m_selectionFollower;
-  du::SmartPtr<ListFollower> m_associatedFollower;
-  QTimer m_selectionDue;
-  QTimer m_associatedDue;
+  ListHighlight m_selected;
+  ListHighlight m_associated;
+  du::SmartPtr<memkernel::Instance> m_pointed;
+  QTimer m_pointedDue;
   bool m_picksBodies = true;
 };
 
