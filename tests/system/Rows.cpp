@@ -1,6 +1,7 @@
 #include "Rows.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace systemtest {
@@ -86,6 +87,17 @@ std::vector<BasePtr> Rows::ListFrom(const BasePtr& parent)
     step = next;
   }
   return line;
+}
+
+// Names may hold anything, and stand before it.
+void Rows::CutLook(std::string& line)
+{
+  constexpr std::string_view stateWord = " state ";
+  constexpr std::string_view iconWord = " icon ";
+  const std::size_t begin = line.rfind(stateWord);
+  const std::size_t icon = line.rfind(iconWord);
+  const std::size_t end = std::min(line.find(' ', icon + iconWord.size()), line.size());
+  line.erase(begin, end - begin);
 }
 
 std::string Rows::NameOf(const zelk::BaseInstance& instance)

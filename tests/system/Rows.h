@@ -48,6 +48,8 @@ public:
   /// A line for each row, in order, with all that it shows.
   [[nodiscard]] std::vector<std::string> ToText() const;
 
+  /// Takes state and icon out of such a line.
+  static void CutLook(std::string& line);
   /// Such lines with the rows below each one sorted.
   [[nodiscard]] static std::vector<std::string> SortSiblings(const std::vector<std::string>& text);
   /// The kernel's parents, from `parent` up.

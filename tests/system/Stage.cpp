@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <regex>
 #include <sstream>
 
 #include "guitree/SceneInfoLog.h"
@@ -315,10 +314,7 @@ void Stage::_CompareSecond(std::vector<std::string> expected)
     return;
   }
   if (!m_gui->GetCurrentLog()) {
-    static const std::regex s_look(" state -?[0-9]+ icon -?[0-9]+");
-    for (std::string& line : expected) {
-      line = std::regex_replace(line, s_look, "");
-    }
+    std::for_each(expected.begin(), expected.end(), &Rows::CutLook);
   }
   const std::vector<std::string> rows = m_second->ToText(m_host.rows);
   if (rows != expected && Rows::SortSiblings(rows) == Rows::SortSiblings(expected) && _IsInOrder(rows)) {
