@@ -3,25 +3,17 @@
 #include <set>
 
 #include "FakeInstance.h"
+#include "SmallTree.h"
 #include "zelk/Instance.h"
 
 namespace {
 
 using kerneltest::FakeInstance;
+using kerneltest::SmallTree;
 using zelk::BaseInstance;
 using zelk::Instance;
 using BaseSet = std::set<du::SmartPtr<BaseInstance>>;
 using InstanceSet = std::set<du::SmartPtr<Instance>>;
-
-/// root with the children a (with a1, a2) and b (with b1).
-struct SmallTree {
-  du::SmartPtr<FakeInstance> root = du::MakeSmart<FakeInstance>();
-  du::SmartPtr<FakeInstance> a = root->AddChild();
-  du::SmartPtr<FakeInstance> a1 = a->AddChild();
-  du::SmartPtr<FakeInstance> a2 = a->AddChild();
-  du::SmartPtr<FakeInstance> b = root->AddChild();
-  du::SmartPtr<FakeInstance> b1 = b->AddChild();
-};
 
 TEST(GetInstancesAndDescendents, OfTheRoot_GivesTheWholeTree)
 {

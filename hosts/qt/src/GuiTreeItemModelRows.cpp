@@ -6,6 +6,7 @@
 #include "guitree/TreeSelectionController.h"
 #include "guitree/WorldTreeState.h"
 #include "qthost/GuiTreeItemModel.h"
+#include "zelk/FindBehind.h"
 
 namespace qthost {
 
@@ -22,20 +23,6 @@ public:
 private:
   int& m_count;
 };
-
-/// What follows an instance and all below it in a walk of `top`; null at the end.
-du::SmartPtr<zelk::BaseInstance> FindBehind(const zelk::BaseInstance& instance, const zelk::BaseInstance* top)
-{
-  du::SmartPtr<zelk::BaseInstance> next;
-  instance.GetBaseNextSibling(next);
-  du::SmartPtr<zelk::BaseInstance> above;
-  instance.GetBaseParent(above);
-  while (!next && above && above != top) {
-    above->GetBaseNextSibling(next);
-    above->GetBaseParent(above);
-  }
-  return next;
-}
 
 }  // namespace
 
@@ -282,7 +269,7 @@ GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const guitree::FilteredTr
 GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const zelk::BaseInstance& instance, RowId parent) const
 {
   const zelk::BaseInstance* const top = m_rows->GetInstance(parent).Get();
-  Instance next = FindBehind(instance, top);
+  Instance next = zelk::FindBehind(instance, top);
   while (next) {
     const RowId row = m_rows->Find(next.Get());
     if (_IsNextRow(row, parent)) {
@@ -292,7 +279,7 @@ GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const zelk::BaseInstance&
     if (row == RowTable::s_none) {
       next->GetBaseFirstChild(child);
     }
-    next = child ? child : FindBehind(*next, top);
+    next = child ? child : zelk::FindBehind(*next, top);
   }
   return RowTable::s_none;
 }

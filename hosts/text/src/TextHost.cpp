@@ -5,6 +5,7 @@
 #include "TreePrinter.h"
 #include "guitree/GuiTree.h"
 #include "guitree/TreeStateBase.h"
+#include "zelk/FindBehind.h"
 
 namespace texthost {
 
@@ -34,20 +35,6 @@ void Link(Row& row, Row& parent, Row* next)
   row.previous = next ? next->previous : parent.lastChild;
   (row.previous ? row.previous->next : parent.firstChild) = &row;
   (next ? next->previous : parent.lastChild) = &row;
-}
-
-/// What follows an instance and all below it in a walk of `top`; null at the end.
-du::SmartPtr<zelk::BaseInstance> FindBehind(const zelk::BaseInstance& instance, const zelk::BaseInstance* top)
-{
-  du::SmartPtr<zelk::BaseInstance> next;
-  instance.GetBaseNextSibling(next);
-  du::SmartPtr<zelk::BaseInstance> above;
-  instance.GetBaseParent(above);
-  while (!next && above && above != top) {
-    above->GetBaseNextSibling(next);
-    above->GetBaseParent(above);
-  }
-  return next;
 }
 
 }  // namespace
@@ -248,7 +235,7 @@ TextHost::Row* TextHost::_FindNextRow(const guitree::FilteredTree::Node& node, c
 // their children stand below the same row as they would.
 TextHost::Row* TextHost::_FindNextRow(const zelk::BaseInstance& instance, const Row& parent)
 {
-  du::SmartPtr<zelk::BaseInstance> next = FindBehind(instance, parent.instance.Get());
+  du::SmartPtr<zelk::BaseInstance> next = zelk::FindBehind(instance, parent.instance.Get());
   while (next) {
     Row* row = _FindRow(next.Get());
     if (row && row->parent == &parent) {
@@ -258,7 +245,7 @@ TextHost::Row* TextHost::_FindNextRow(const zelk::BaseInstance& instance, const 
     if (!row) {
       next->GetBaseFirstChild(child);
     }
-    next = child ? child : FindBehind(*next, parent.instance.Get());
+    next = child ? child : zelk::FindBehind(*next, parent.instance.Get());
   }
   return nullptr;
 }
