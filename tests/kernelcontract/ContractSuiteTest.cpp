@@ -14,8 +14,13 @@ namespace {
 using kernelcontract::ContractCase;
 using kernelcontract::GetContractCases;
 
-/// How many failures a case reports on a kernel, none of which count for the running test.
-int CountFailures(const ContractCase& contractCase, kernelcontract::KernelUnderTest& kernel)
+struct Outcome {
+  int failures = 0;
+  int omissions = 0;
+};
+
+/// What a case reports on a kernel, none of which counts for the running test.
+Outcome Judge(const ContractCase& contractCase, kernelcontract::KernelUnderTest& kernel)
 {
   testing::TestPartResultArray results;
   {
@@ -23,11 +28,12 @@ int CountFailures(const ContractCase& contractCase, kernelcontract::KernelUnderT
         testing::ScopedFakeTestPartResultReporter::INTERCEPT_ALL_THREADS, &results);
     contractCase.run(kernel);
   }
-  int failures = 0;
+  Outcome outcome;
   for (int i = 0; i < results.size(); ++i) {
-    failures += results.GetTestPartResult(i).failed() ? 1 : 0;
+    outcome.failures += results.GetTestPartResult(i).failed() ? 1 : 0;
+    outcome.omissions += results.GetTestPartResult(i).skipped() ? 1 : 0;
   }
-  return failures;
+  return outcome;
 }
 
 const ContractCase& Find(const std::string& name)
@@ -52,8 +58,8 @@ TEST_P(AWrongKernel, IsNoticed)
   const auto wrong = GetParam().make();
   contracttest::MemKernelUnderTest right;
 
-  EXPECT_GT(CountFailures(contractCase, *wrong), 0) << GetParam().whatIsWrong;
-  EXPECT_EQ(CountFailures(contractCase, right), 0);
+  EXPECT_GT(Judge(contractCase, *wrong).failures, 0) << GetParam().whatIsWrong;
+  EXPECT_EQ(Judge(contractCase, right).failures, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(ContractSuite, AWrongKernel, testing::ValuesIn(contracttest::GetWrongKernels()),
@@ -79,7 +85,16 @@ TEST(ContractSuite, AKernelWithoutBatchesScenesOrLoader_FailsNowhere)
 {
   for (const ContractCase& each : GetContractCases()) {
     SmallKernel kernel;
-    EXPECT_EQ(CountFailures(each, kernel), 0) << each.name;
+    EXPECT_EQ(Judge(each, kernel).failures, 0) << each.name;
+  }
+}
+
+// A case that is left out on every kernel would hold none to its promise.
+TEST(ContractSuite, NoCase_IsLeftOutOnTheKernelInMemory)
+{
+  for (const ContractCase& each : GetContractCases()) {
+    contracttest::MemKernelUnderTest kernel;
+    EXPECT_EQ(Judge(each, kernel).omissions, 0) << each.name;
   }
 }
 
