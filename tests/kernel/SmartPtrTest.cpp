@@ -132,7 +132,7 @@ TEST(SmartPtr, MovingIn_StealsThePointerAndClearsTheSource)
 
   auto assigned = du::MakeSmart<Item>();
   assigned = std::move(built);
-  EXPECT_FALSE(built);  // NOLINT(bugprone-use-after-move)
+  EXPECT_FALSE(built);  // NOLINT(bugprone-use-after-move): that is what is promised
   EXPECT_EQ(assigned.Get(), item);
   EXPECT_EQ(item->Count(), 1);
   EXPECT_EQ(Item::s_alive, 1);
@@ -145,7 +145,7 @@ TEST(SmartPtr, MovingAPointerToTheSameObject_LeavesOneReference)
 
   first = std::move(second);
 
-  EXPECT_FALSE(second);  // NOLINT(bugprone-use-after-move)
+  EXPECT_FALSE(second);  // NOLINT(bugprone-use-after-move): that is what is promised
   EXPECT_EQ(first->Count(), 1);
 }
 
@@ -169,7 +169,7 @@ TEST(SmartPtr, ConvertsToABaseByCopyAndByMove)
   EXPECT_EQ(copied->Count(), 2);
 
   const du::SmartPtr<Item> moved(std::move(special));
-  EXPECT_FALSE(special);  // NOLINT(bugprone-use-after-move)
+  EXPECT_FALSE(special);  // NOLINT(bugprone-use-after-move): that is what is promised
   EXPECT_EQ(moved->Count(), 2);
 
   copied = du::MakeSmart<SpecialItem>();
