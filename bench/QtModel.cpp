@@ -124,6 +124,21 @@ private:
   const QApplication m_application{m_argc, m_argv};
 };
 
+/// A view of a typical assembly with each branch open.
+struct ExpandedView {
+  explicit ExpandedView(std::size_t rows) : tree(MakeTree(Shape::Typical, rows)), instances(ListInstances(*tree))
+  {
+    shown.panel.Populate();
+    shown.view.expandAll();
+    shown.Paint();
+  }
+
+  const Application application;
+  const du::SmartPtr<memkernel::Tree> tree;
+  const std::vector<Instance> instances;
+  ShownModel shown{tree};
+};
+
 Figures FillView(std::size_t rows)
 {
   const Application application;
@@ -153,13 +168,9 @@ std::size_t CountRows(const QItemSelection& selection)
 /// Selects 100,000 rows, or a tenth of all.
 Figures Select(std::size_t rows, std::size_t step)
 {
-  const Application application;
-  const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, rows);
-  const std::vector<Instance> instances = ListInstances(*tree);
-  ShownModel shown(tree);
-  shown.panel.Populate();
-  shown.view.expandAll();
-  shown.Paint();
+  ExpandedView expanded(rows);
+  ShownModel& shown = expanded.shown;
+  const std::vector<Instance>& instances = expanded.instances;
   std::vector<du::SmartPtr<zelk::Object>> items;
   for (std::size_t i = 0; i < rows / 10; ++i) {
     items.emplace_back(instances[i * step]);
@@ -188,13 +199,9 @@ Figures Select(std::size_t rows, std::size_t step)
 
 Figures Repaint(std::size_t rows)
 {
-  const Application application;
-  const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, rows);
-  const std::vector<Instance> instances = ListInstances(*tree);
-  ShownModel shown(tree);
-  shown.panel.Populate();
-  shown.view.expandAll();
-  shown.Paint();
+  ExpandedView expanded(rows);
+  ShownModel& shown = expanded.shown;
+  const std::vector<Instance>& instances = expanded.instances;
   Figures figures;
   figures["all_ms"] = shown.TimeToPaint([&] { shown.model.UpdateVisAndTypeIcons(nullptr, nullptr); });
   qthost::GuiTreeItemModel::ChangeMap changes;

@@ -13,6 +13,14 @@
 /// A world with pump[set[bolt nut] frame], one scene of it and its view, for panels of a test.
 class PanelStage {
 public:
+  /// What a panel without a filter shows.
+  static constexpr const char* s_everything =
+      "pump\n"
+      "|- set\n"
+      "|  |- bolt\n"
+      "|  `- nut\n"
+      "`- frame\n";
+
   PanelStage()
   {
     m_world->InstallForProcess();

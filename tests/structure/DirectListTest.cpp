@@ -43,11 +43,7 @@ TEST_F(DirectList, WhatLeavesTheTreeFromInsideARowGetsNone)
 
 TEST_F(DirectList, APopulationFromInsideARowOvertakesIt)
 {
-  stage.OnceIn("InstanceCreate(nut1", [this] {
-    static_cast<void>(stage.host.TakeCalls());
-    stage.GetFilter().ClearCriteria();
-    stage.state->PopulateTree(false);
-  });
+  stage.OnceIn("InstanceCreate(nut1", [this] { stage.PopulateWithoutFilter(); });
 
   EXPECT_THAT(WriteAndTakeRows(), ElementsAre("null/root", "root/plate", "plate/nut1", "plate/bolt", "plate/frame",
                                               "frame/nut2", "frame/nut3"));

@@ -159,6 +159,13 @@ public:
     }
     return rows;
   }
+  /// Forgets the calls so far and shows the whole tree.
+  void PopulateWithoutFilter()
+  {
+    static_cast<void>(host.TakeCalls());
+    GetFilter().ClearCriteria();
+    state->PopulateTree(false);
+  }
   /// Calls `act` inside the first call of the host that begins so.
   void OnceIn(std::string begin, std::function<void()> act)
   {
