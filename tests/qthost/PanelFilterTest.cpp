@@ -181,6 +181,7 @@ TEST_F(FilterOfAPanel, Cancel_EndsTheFilterWithWhatItHasFound)
 
   EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::Cancelled);
   EXPECT_EQ(stage.GetStatus(), "Cancelled, 1 match");
+  EXPECT_EQ(stage.GetText(), "root[...]");
 }
 
 TEST_F(FilterOfAPanel, Cancel_CanBePressedByKey)

@@ -106,6 +106,15 @@ TEST_F(TreeViewKeeperOfAView, ResultThatIsAllExpanded_LeavesTheExpansionThatWasB
   EXPECT_THAT(GetExpanded(), ElementsAre("root"));
 }
 
+TEST_F(TreeViewKeeperOfAView, ResultThatIsAllExpanded_LeavesItsLeavesClosed)
+{
+  keeper->SetExpandsAll(true);
+
+  stage.Filter("bolt");
+
+  EXPECT_FALSE(view.isExpanded(stage.FindIndex("bolt")));
+}
+
 TEST_F(TreeViewKeeperOfAView, Population_LeavesTheViewWhereItHadScrolledTo)
 {
   view.expandAll();

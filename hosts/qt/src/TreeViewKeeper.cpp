@@ -76,7 +76,7 @@ void TreeViewKeeper::_Restore()
   }
   m_areAllExpanded = m_expandsAll;
   if (m_expandsAll) {
-    m_view.expandAll();
+    _ExpandAll();
   } else {
     _RestoreExpanded();
   }
@@ -86,14 +86,25 @@ void TreeViewKeeper::_Restore()
   }
 }
 
-// Right after a reset the view only notes what is expanded and lays all of it out at once, later.
+// `QTreeView::expandAll` would open the leaves as well, and fetch what is left out below each placeholder.
+void TreeViewKeeper::_ExpandAll()
+{
+  m_model.VisitBranches([this](const QModelIndex& index) { _Expand(index); });
+}
+
 void TreeViewKeeper::_RestoreExpanded()
 {
   for (const auto& [key, instance] : m_expanded) {
-    const QModelIndex index = m_model.FindIndex(key);
-    if (index.isValid() && !m_model.canFetchMore(index)) {
-      m_view.setExpanded(index, true);
-    }
+    _Expand(m_model.FindIndex(key));
+  }
+}
+
+// Right after a reset the view only notes what is expanded and lays all of it out at once, later. What is left out
+// below a row is fetched when the user opens it.
+void TreeViewKeeper::_Expand(const QModelIndex& index)
+{
+  if (index.isValid() && !index.data(GuiTreeItemModel::PlaceholderRole).toBool()) {
+    m_view.setExpanded(index, true);
   }
 }
 

@@ -28,7 +28,8 @@ public:
   ~TreeViewKeeper() override;
 
   /// Whether the rows of a population are all expanded in place of those that were: what suits the result of a filter.
-  /// What was expanded before comes back with the next population without it.
+  /// Those that leave something out stay closed: the user fetches it by opening them. What was expanded before comes
+  /// back with the next population without it.
   void SetExpandsAll(bool isOn) noexcept { m_expandsAll = isOn; }
   /// Forgets what was expanded, as for another file.
   void Forget();
@@ -44,7 +45,9 @@ private:
   void _StoreExpanded();
   void _StorePlace();
   void _Restore();
+  void _ExpandAll();
   void _RestoreExpanded();
+  void _Expand(const QModelIndex& index);
   void _RestorePlace();
   [[nodiscard]] bool _IsShowing() const { return m_view.model() == &m_model; }
 
