@@ -80,6 +80,18 @@ TEST_F(CommandsOfAPanel, Space_HidesWhatIsShownAndShowsWhatIsHiddenInPart)
   EXPECT_THAT(stage.asked, ElementsAre("hide plate", "show plate"));
 }
 
+TEST_F(CommandsOfAPanel, Space_HidesWhereShowingChangesNothing)
+{
+  stage.scene->RemoveShapeInstance(stage["nut"]);
+  stage.Select({"plate"});
+  stage.GetView().setFocus();
+
+  QTest::keyClick(&stage.GetView(), Qt::Key_Space);
+
+  EXPECT_THAT(stage.asked, ElementsAre("show plate", "hide plate"));
+  EXPECT_THAT(stage.GetHidden(), ElementsAre("bolt"));
+}
+
 TEST_F(CommandsOfAPanel, WithoutAHook_NothingIsShownOrHidden)
 {
   stage.panel.SetVisibilityHook({});

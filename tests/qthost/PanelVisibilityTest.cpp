@@ -42,6 +42,20 @@ TEST_F(EyesOfAPanel, ClickOnAMixedOne_ShowsAllBelow)
   EXPECT_THAT(stage.GetHidden(), IsEmpty());
 }
 
+// It stays mixed for ever.
+TEST_F(EyesOfAPanel, ClickOnOneAboveWhatHasNoShape_HidesAndShowsTheRest)
+{
+  stage.scene->RemoveShapeInstance(stage["nut"]);
+
+  ClickEye("plate");
+  const std::vector<std::string> hidden = stage.GetHidden();
+  ClickEye("plate");
+
+  EXPECT_THAT(hidden, ElementsAre("bolt"));
+  EXPECT_THAT(stage.GetHidden(), IsEmpty());
+  EXPECT_THAT(stage.asked, ElementsAre("show plate", "hide plate", "show plate"));
+}
+
 TEST_F(EyesOfAPanel, Click_DoesNotSelect)
 {
   stage.Select({"bolt"});

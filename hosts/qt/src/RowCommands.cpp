@@ -165,20 +165,20 @@ GuiTreePanel::Instances RowCommands::_GetChosen() const
   return instances;
 }
 
-void RowCommands::_Show()
+bool RowCommands::_SetVisible(bool isVisible)
 {
   const GuiTreePanel::Instances chosen = _GetChosen();
-  if (m_setVisible && !chosen.empty()) {
-    m_setVisible(chosen, true);
-  }
+  return m_setVisible && !chosen.empty() && m_setVisible(chosen, isVisible);
+}
+
+void RowCommands::_Show()
+{
+  _SetVisible(true);
 }
 
 void RowCommands::_Hide()
 {
-  const GuiTreePanel::Instances chosen = _GetChosen();
-  if (m_setVisible && !chosen.empty()) {
-    m_setVisible(chosen, false);
-  }
+  _SetVisible(false);
 }
 
 void RowCommands::_ShowOnly()
@@ -193,16 +193,15 @@ void RowCommands::_ShowOnly()
   m_setVisible(chosen, true);
 }
 
+// As a click on an eye: where there was nothing to show, everything is hidden.
 void RowCommands::_Toggle()
 {
   const std::vector<QModelIndex> rows = m_view.GetChosenRows();
   const bool isToBeShown = std::any_of(rows.begin(), rows.end(), [](const QModelIndex& row) {
     return VisibilityDelegate::IsToBeShown(row.siblingAtColumn(GuiTreeItemModel::VisibleColumn));
   });
-  if (isToBeShown) {
-    _Show();
-  } else {
-    _Hide();
+  if (!isToBeShown || !_SetVisible(true)) {
+    _SetVisible(false);
   }
 }
 

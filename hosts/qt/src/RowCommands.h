@@ -39,6 +39,8 @@ private:
   QAction* _Add(Command command, const QString& text, const QString& toolTip, const QString& icon, Work work);
   [[nodiscard]] GuiTreePanel::Instances _GetChosen() const;
   void _EnableWhatIsPossible();
+  /// Whether anything has changed.
+  bool _SetVisible(bool isVisible);
   void _Show();
   void _Hide();
   void _ShowOnly();

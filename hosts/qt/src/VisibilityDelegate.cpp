@@ -57,7 +57,9 @@ bool VisibilityDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, c
   if (!mouse || mouse->button() != Qt::LeftButton) {
     return false;
   }
-  return model->setData(index, IsToBeShown(index) ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+  // What has no shape is never seen, and all above it stays mixed also when nothing is left to be shown.
+  const bool isShown = IsToBeShown(index) && model->setData(index, Qt::Checked, Qt::CheckStateRole);
+  return isShown || model->setData(index, Qt::Unchecked, Qt::CheckStateRole);
 }
 
 }  // namespace qthost

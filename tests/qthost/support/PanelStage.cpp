@@ -137,11 +137,12 @@ bool PanelStage::_SetVisible(const qthost::GuiTreePanel::Instances& instances, b
   }
   asked.push_back(words);
   zelk::BaseInstance::GetInstancesAndDescendents({instances.begin(), instances.end()}, all);
+  const std::vector<std::string> before = GetHidden();
   const memkernel::ShapeSceneBatch batch(*scene);
   for (const auto& instance : all) {
     scene->SetVisible(scene->FindShapeInstance(dynamic_cast<const zelk::Instance*>(instance.Get())), isVisible);
   }
-  return true;
+  return GetHidden() != before;
 }
 
 }  // namespace qthosttest

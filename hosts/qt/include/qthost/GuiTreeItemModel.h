@@ -83,7 +83,7 @@ public:
   using ChangeMap = du::HashMap<const zelk::BaseInstance*, int>;
   using Instance = du::SmartPtr<zelk::BaseInstance>;
   using IconProvider = std::function<QIcon(int typeIcon)>;
-  /// Shows or hides an instance with all that is below it; answers whether it could.
+  /// Shows or hides an instance with all that is below it; answers whether anything has changed.
   using VisibilitySetter = std::function<bool(const Instance& instance, bool isVisible)>;
 
   explicit GuiTreeItemModel(QObject* parent = nullptr);

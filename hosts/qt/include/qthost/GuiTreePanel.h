@@ -61,7 +61,9 @@ class GuiTreePanel : public QWidget {
 
 public:
   using Instances = std::vector<GuiTreeItemModel::Instance>;
-  /// Shows or hides these instances, each with all that is below it; answers whether it could.
+  /// Shows or hides these instances, each with all that is below it; answers whether anything has changed.
+  /// What has no shape stays hidden: eyes and the Space key hide a row that is not wholly visible when showing it has
+  /// changed nothing.
   using VisibilityHook = std::function<bool(const Instances& instances, bool isVisible)>;
   /// Names the product of an instance; empty for none.
   using ProductReader = std::function<du::Symbol(const zelk::BaseInstance& instance)>;
