@@ -248,12 +248,18 @@ bool GuiTreeItemModel::_IsNextRow(RowId row, RowId parent) const
 }
 
 // Rows come in order, so a new one is the last as a rule. One from a placeholder that was opened may stand between
-// others.
-GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const guitree::FilteredTree::Node& node, RowId parent) const
+// others: most of what comes with it stands right behind the row before, and what follows has no row yet.
+GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const guitree::FilteredTree::Node& node, RowId parent)
 {
   const auto* const last = node.parent ? node.parent->lastChild : &node;
   if (last == &node || (last->prevSibling == &node && !last->instance)) {
     return RowTable::s_none;
+  }
+  for (const auto* sibling = node.prevSibling; sibling; sibling = sibling->prevSibling) {
+    const RowId row = m_rows->Find(sibling->instance);
+    if (_IsNextRow(row, parent)) {
+      return _GetRowBehind(row);
+    }
   }
   for (const auto* sibling = node.nextSibling; sibling; sibling = sibling->nextSibling) {
     const RowId row = m_rows->Find(sibling->instance);
@@ -262,6 +268,19 @@ GuiTreeItemModel::RowId GuiTreeItemModel::_FindNextRow(const guitree::FilteredTr
     }
   }
   return RowTable::s_none;
+}
+
+GuiTreeItemModel::RowId GuiTreeItemModel::_GetRowBehind(RowId row)
+{
+  if (!m_run.rows.empty() && m_run.rows.back() == row) {
+    return m_run.next;
+  }
+  if (std::find(m_run.rows.begin(), m_run.rows.end(), row) != m_run.rows.end()) {
+    _TellRun();
+  }
+  const RowId parent = m_rows->GetParent(row);
+  const std::size_t position = m_rows->GetPosition(row) + 1;
+  return position < m_rows->GetChildCount(parent) ? m_rows->GetChild(parent, position) : RowTable::s_none;
 }
 
 // A single edit may put its instance anywhere, and the call tells only the parent. Instances without a row are entered:

@@ -255,7 +255,9 @@ private:
   [[nodiscard]] QModelIndex _MakeIndex(RowId row, int column = NameColumn) const;
   [[nodiscard]] RowId _FindRowAbove(const Instance& parent);
   [[nodiscard]] RowId _FindRowAbove(const guitree::FilteredTree::Node& node);
-  [[nodiscard]] RowId _FindNextRow(const guitree::FilteredTree::Node& node, RowId parent) const;
+  [[nodiscard]] RowId _FindNextRow(const guitree::FilteredTree::Node& node, RowId parent);
+  /// Among the children of its parent, those of the run included; none for the last.
+  [[nodiscard]] RowId _GetRowBehind(RowId row);
   [[nodiscard]] RowId _FindNextRow(const zelk::BaseInstance& instance, RowId parent) const;
   [[nodiscard]] bool _IsNextRow(RowId row, RowId parent) const;
   /// Before a row comes: the first one of a result begins a reset.
