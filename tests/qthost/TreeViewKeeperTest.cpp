@@ -184,6 +184,33 @@ TEST_F(TreeViewKeeperOfAView, Forget_LeavesThePopulationCollapsed)
   EXPECT_THAT(GetExpanded(), testing::IsEmpty());
 }
 
+// A shape that is held would be all the memory of a file that was closed.
+TEST_F(TreeViewKeeperOfAView, WhatHasLeftTheTree_IsHeldNoLonger)
+{
+  auto token = std::make_shared<int>();
+  const std::weak_ptr<int> shape = token;
+  auto assembly = stage.tree.AddChild(stage["root"], stage.tree.CreateProduct({.name = "motor"}));
+  stage.tree.AddChild(
+      assembly,
+      stage.tree.CreateProduct({
+          .name = "rotor",
+          .shape = du::MakeSmart<memkernel::Shape>([token](memkernel::LoadContext&) { return zelk::ShapeDataLoaded; }),
+      }));
+  token.reset();
+  stage.Settle();
+  view.expandAll();
+  view.setCurrentIndex(stage.model.FindIndex(assembly.Get()));
+  view.scrollTo(view.currentIndex(), QAbstractItemView::PositionAtTop);
+  stage.state->PopulateTree(true);
+  const bool isHeldByTheTree = !shape.expired();
+
+  stage.tree.Remove(std::exchange(assembly, {}));
+  stage.Settle();
+
+  EXPECT_TRUE(isHeldByTheTree);
+  EXPECT_TRUE(shape.expired());
+}
+
 TEST_F(TreeViewKeeperOfAView, PlaceholderThatTheUserOpens_IsFilled)
 {
   stage.state->onMatch = [this] { stage.model.CancelFilter(); };

@@ -7,6 +7,19 @@
 
 namespace qthost {
 
+namespace {
+
+bool HasLeftItsTree(const GuiTreeItemModel::Instance& instance)
+{
+  du::SmartPtr<zelk::BaseTree> tree;
+  if (instance) {
+    instance->GetBaseTree(tree);
+  }
+  return !tree;
+}
+
+}  // namespace
+
 TreeViewKeeper::TreeViewKeeper(QTreeView& view, GuiTreeItemModel& model) : QObject(&view), m_view(view), m_model(model)
 {
   connect(&model, &GuiTreeItemModel::PopulationBegins, this, &TreeViewKeeper::_Store);
@@ -20,7 +33,11 @@ TreeViewKeeper::TreeViewKeeper(QTreeView& view, GuiTreeItemModel& model) : QObje
   connect(&model, &GuiTreeItemModel::EditsEnd, this, [this] {
     m_isEditing = false;
     _RestorePlace();
+    if (std::exchange(m_haveRowsGone, false)) {
+      _ForgetWhatHasGone();
+    }
   });
+  connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] { m_haveRowsGone = true; });
 }
 
 TreeViewKeeper::~TreeViewKeeper() = default;
@@ -32,9 +49,22 @@ void TreeViewKeeper::Forget()
   m_place = {};
 }
 
+// An instance that is held keeps all that is below it, with its shapes.
+void TreeViewKeeper::_ForgetWhatHasGone()
+{
+  std::erase_if(m_expanded, [](const auto& entry) { return HasLeftItsTree(entry.second); });
+  if (HasLeftItsTree(m_current)) {
+    m_current.Reset();
+  }
+  if (HasLeftItsTree(m_place.instance)) {
+    m_place = {};
+  }
+}
+
 // A panel that is still empty, since a filter is at work, has nothing to keep and must not overwrite what was kept.
 void TreeViewKeeper::_Store()
 {
+  _ForgetWhatHasGone();
   if (!_IsShowing() || m_model.GetRowCount() == 0) {
     return;
   }

@@ -15,7 +15,8 @@ namespace qthost {
 /// Also has the view paint itself when the looks of all rows have changed. Make one for each view that shows the model
 /// itself; it ends with the view.
 ///
-/// What was expanded is remembered also for instances that have no row for a while, as while a filter leaves them out.
+/// What was expanded is remembered also for instances that have no row for a while, as while a filter leaves them out,
+/// and forgotten once they have left their tree.
 /// Owner's thread.
 class TreeViewKeeper : public QObject {
   Q_OBJECT
@@ -41,6 +42,7 @@ private:
     int top = 0;
   };
 
+  void _ForgetWhatHasGone();
   void _Store();
   void _StoreExpanded();
   void _StorePlace();
@@ -61,6 +63,7 @@ private:
   bool m_expandsAll = false;
   /// Whether the rows that stand now were all expanded by this.
   bool m_areAllExpanded = false;
+  bool m_haveRowsGone = false;
   /// From the first edit of a batch to its end: the place is that from before.
   bool m_isEditing = false;
 };
