@@ -242,6 +242,23 @@ TEST_F(FilterOfAPanel, EditsAfterTheFilterHasReadAll_FilterAgain)
   EXPECT_EQ(stage.GetStatus(), "2 matches");
 }
 
+TEST_F(FilterOfAPanel, NewerFilterAfterAnEdit_RunsOnce)
+{
+  TypeAndHold("bolt");
+  stage.panel.GiveWayToEdit();
+  const QSignalSpy resets(&stage.model, &QAbstractItemModel::modelReset);
+
+  qthost::FilterSettings settings;
+  settings.text = "rod";
+  stage.panel.SetFilter(settings);
+  hold->LetGo();
+  stage.WaitForFilter();
+
+  EXPECT_EQ(stage.GetText(), "root[rod]");
+  // The panel is emptied, and gets the result.
+  EXPECT_EQ(resets.count(), 2);
+}
+
 TEST_F(FilterOfAPanel, GivingWayWithoutAFilter_DoesNothing)
 {
   const QSignalSpy resets(&stage.model, &QAbstractItemModel::modelReset);
