@@ -18,7 +18,7 @@ protected:
   {
     stage.Initialise();
     QObject::connect(&stage.model, &GuiTreeItemModel::SelectionTold, &stage.model,
-                     [this](const QItemSelection& came, const QItemSelection& went, bool /*isAfterReset*/) {
+                     [this](const QItemSelection& came, const QItemSelection& went, bool /*isNews*/) {
                        ++told;
                        selected = came;
                        deselected = went;
@@ -73,6 +73,21 @@ TEST_F(ItemModelSelection, SelectionThatIsCleared_TellsWhatWent)
 
   EXPECT_THAT(stage.GetNames(deselected), ElementsAre("bolt", "nut"));
   EXPECT_THAT(GetTold(), IsEmpty());
+}
+
+TEST_F(ItemModelSelection, SelectedRowInPlaceOfAnother_IsTold)
+{
+  std::vector<du::SmartPtr<zelk::Object>> items{du::SmartPtr<zelk::Object>(stage["bolt"]),
+                                                du::SmartPtr<zelk::Object>(stage["rod"])};
+
+  stage.model.StartTreeUpdate();
+  stage.model.SelectItems(items);
+  stage.model.InstanceRemove(stage["bolt"], stage["plate"], false);
+  stage.model.InstanceCreate(stage["bolt"], stage["plate"], {}, false);
+  stage.model.SelectItems(items);
+  stage.model.FinishTreeUpdate();
+
+  EXPECT_THAT(stage.GetNames(selected), UnorderedElementsAre("bolt", "rod"));
 }
 
 TEST_F(ItemModelSelection, RowSelectedAndDeselectedInOneBracket_IsNotTold)

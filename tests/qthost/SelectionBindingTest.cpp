@@ -82,6 +82,42 @@ TEST_F(SelectionBindingOfAView, KernelSelection_ScrollsToItsFirstRowAndOpensWhat
   EXPECT_TRUE(view.isExpanded(stage.FindIndex("plate")));
 }
 
+TEST_F(SelectionBindingOfAView, KernelSelection_ScrollsToTheTopmostOfItsRows)
+{
+  stage.kernel.Add("plate", "spring");
+  stage.kernel.Add("nut", "thread");
+  stage.Settle();
+
+  SelectInKernel({"rod", "spring", "thread"});
+
+  EXPECT_EQ(view.currentIndex(), stage.FindIndex("thread"));
+}
+
+// As when another view becomes the active one.
+TEST_F(SelectionBindingOfAView, KernelSelectionThatIsReadAgain_LeavesTheViewWhereItIs)
+{
+  SelectInKernel({"nut"});
+  view.collapseAll();
+
+  stage.model.ClearSelection();
+  stage.model.RefreshSelection();
+
+  EXPECT_THAT(GetSelectedInView(), ElementsAre("nut"));
+  EXPECT_FALSE(view.isExpanded(stage.FindIndex("root")));
+}
+
+TEST_F(SelectionBindingOfAView, SelectedRowThatComesBack_LeavesTheViewWhereItIs)
+{
+  SelectInKernel({"nut"});
+  view.collapseAll();
+
+  stage.model.InstanceRemove(stage["nut"], stage["plate"], false);
+  stage.model.InstanceCreate(stage["nut"], stage["plate"], stage.state->GetSelController(true), false);
+
+  EXPECT_THAT(GetSelectedInView(), ElementsAre("nut"));
+  EXPECT_FALSE(view.isExpanded(stage.FindIndex("root")));
+}
+
 TEST_F(SelectionBindingOfAView, KernelSelectionWithoutScrolling_LeavesTheViewWhereItIs)
 {
   binding->SetScrolls(false);

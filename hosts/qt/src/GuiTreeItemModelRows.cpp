@@ -509,8 +509,7 @@ void GuiTreeItemModel::_BeginReset()
   m_isResetting = true;
   m_changed.clear();
   m_haveAllChanged = false;
-  _Deselect();
-  m_selectionChanged.clear();
+  _ResetSelection();
 }
 
 void GuiTreeItemModel::_EndReset()

@@ -51,6 +51,7 @@ std::set<zelk::BaseInstance*> FindInstances(guitree::TreeStateBase* state, const
 
 void GuiTreeItemModel::SelectItems(std::vector<du::SmartPtr<zelk::Object>>& items)
 {
+  m_isSelectionNews = true;
   _Mark(items, true);
 }
 
@@ -74,6 +75,7 @@ void GuiTreeItemModel::RefreshSelection()
 void GuiTreeItemModel::MadeVisible(bool visible)
 {
   if (visible) {
+    m_isSelectionNews = true;
     RefreshSelection();
   }
 }
@@ -107,6 +109,7 @@ void GuiTreeItemModel::_SetSelected(RowId row, bool isSelected)
   }
   m_selected.push_back(row);
   if (m_selected.size() > 2 * m_rows->GetCount()) {
+    std::erase_if(m_selected, [this](RowId id) { return !m_rows->IsRow(id); });
     std::sort(m_selected.begin(), m_selected.end());
     m_selected.erase(std::unique(m_selected.begin(), m_selected.end()), m_selected.end());
   }
@@ -148,24 +151,35 @@ void GuiTreeItemModel::_ReadSelection()
   std::for_each(standing.begin(), standing.end(), select);
 }
 
-// A row that was changed twice is as it was.
+// A row that was changed twice is as views know it, and so is one that has the number of a row that went.
 void GuiTreeItemModel::_TellSelection()
 {
-  const bool isAfterReset = std::exchange(m_isSelectionReset, false);
-  std::vector<RowId> changed = std::exchange(m_selectionChanged, {});
-  std::sort(changed.begin(), changed.end());
+  const bool isReset = std::exchange(m_isSelectionReset, false);
+  const bool isNews = std::exchange(m_isSelectionNews, false) && !isReset;
   std::vector<RowId> selected;
   std::vector<RowId> deselected;
-  for (auto row = changed.begin(); row != changed.end();) {
-    const auto next = std::upper_bound(row, changed.end(), *row);
-    if ((next - row) % 2 != 0 && m_rows->IsRow(*row)) {
-      (m_rows->Has(*row, RowTable::IsSelected) ? selected : deselected).push_back(*row);
+  for (const RowId row : std::exchange(m_selectionChanged, {})) {
+    const bool isSelected = m_rows->Has(row, RowTable::IsSelected);
+    if (m_rows->IsRow(row) && isSelected != m_rows->Has(row, RowTable::IsToldSelected)) {
+      m_rows->Set(row, RowTable::IsToldSelected, isSelected);
+      (isSelected ? selected : deselected).push_back(row);
     }
-    row = next;
   }
   if (!selected.empty() || !deselected.empty()) {
-    Q_EMIT SelectionTold(_MakeSelection(selected), _MakeSelection(deselected), isAfterReset);
+    Q_EMIT SelectionTold(_MakeSelection(selected), _MakeSelection(deselected), isNews);
   }
+}
+
+// Views forget with a reset what they have been told.
+void GuiTreeItemModel::_ResetSelection()
+{
+  for (const std::vector<RowId>* const rows : {&m_selected, &m_selectionChanged}) {
+    for (const RowId row : *rows) {
+      m_rows->Set(row, RowTable::IsToldSelected, false);
+    }
+  }
+  _Deselect();
+  m_selectionChanged.clear();
 }
 
 QItemSelection GuiTreeItemModel::GetToldSelection() const

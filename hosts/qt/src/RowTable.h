@@ -32,6 +32,8 @@ public:
     /// Not linked yet, or below such a row.
     IsStaged = 8,
     IsDoomed = 16,
+    /// What views know.
+    IsToldSelected = 32,
   };
 
   RowTable();

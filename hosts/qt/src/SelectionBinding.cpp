@@ -1,9 +1,12 @@
 #include "qthost/SelectionBinding.h"
 
 #include <set>
+#include <utility>
+#include <vector>
 
 #include <QScopedValueRollback>
 
+#include "RowPlace.h"
 #include "guitree/TreeSelectionController.h"
 #include "guitree/TreeStateBase.h"
 
@@ -15,6 +18,20 @@ namespace {
 constexpr qsizetype s_mostComparisons = 100'000;
 // Beyond that it is cheaper to paint the whole view than to find where the ranges are.
 constexpr qsizetype s_mostRegions = 100;
+
+QModelIndex FindTopmostRow(const QItemSelection& selection)
+{
+  QModelIndex topmost;
+  std::vector<int> place;
+  for (const QItemSelectionRange& range : selection) {
+    std::vector<int> next = GetPlace(range.topLeft());
+    if (place.empty() || next < place) {
+      place = std::move(next);
+      topmost = range.topLeft();
+    }
+  }
+  return topmost;
+}
 
 /// Keeps a view from painting what changes one by one.
 class QuietView {
@@ -59,16 +76,15 @@ void SelectionBinding::Refresh()
   }
 }
 
-void SelectionBinding::_TakeFromKernel(const QItemSelection& selected, const QItemSelection& deselected,
-                                       bool isAfterReset)
+void SelectionBinding::_TakeFromKernel(const QItemSelection& selected, const QItemSelection& deselected, bool isNews)
 {
   if (m_isGiving) {
     return;
   }
   const QScopedValueRollback taking(m_isTaking, true);
   _SelectInView(selected, deselected);
-  if (!selected.isEmpty() && !isAfterReset && m_scrolls) {
-    _ScrollTo(selected.first().topLeft());
+  if (!selected.isEmpty() && isNews && m_scrolls) {
+    _ScrollTo(FindTopmostRow(selected));
   }
 }
 

@@ -11,23 +11,14 @@
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 
+#include "RowPlace.h"
+
 namespace qthost {
 
 namespace {
 
 constexpr int s_eyeWidth = 56;
 constexpr int s_widest = 4000;
-
-/// Where a row stands, from the top: the order of these is that of the rows.
-std::vector<int> GetPlace(QModelIndex index)
-{
-  std::vector<int> place;
-  for (; index.isValid(); index = index.parent()) {
-    place.push_back(index.row());
-  }
-  std::reverse(place.begin(), place.end());
-  return place;
-}
 
 void SortByPlace(std::vector<QModelIndex>& rows)
 {
@@ -74,6 +65,7 @@ StructureView::StructureView(QWidget* parent) : QTreeView(parent)
   columns.setSortIndicatorClearable(true);
   columns.setSortIndicator(-1, Qt::AscendingOrder);
   columns.setStretchLastSection(false);
+  columns.setSectionsMovable(false);
   connect(&columns, &QHeaderView::sortIndicatorChanged, this, &StructureView::SortChosen);
   connect(&columns, &QHeaderView::sectionResized, this, &StructureView::_NoteWidths);
   connect(&columns, &QHeaderView::sectionCountChanged, this, &StructureView::_LayColumnsOut);

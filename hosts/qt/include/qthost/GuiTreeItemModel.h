@@ -210,8 +210,9 @@ Q_SIGNALS:
   void EditsBegin();
   void EditsEnd();
   /// The kernel's selection has changed, in all columns: what came, and what went. After a reset all that is selected
-  /// comes, also where it was before.
-  void SelectionTold(const QItemSelection& selected, const QItemSelection& deselected, bool isAfterReset);
+  /// comes, also where it was before. Only news are worth scrolling to: something was selected, also while the panel
+  /// was out of sight; rows have not merely come back with their selection, and it was not merely read again.
+  void SelectionTold(const QItemSelection& selected, const QItemSelection& deselected, bool isNews);
   /// How all rows look has changed; `dataChanged` has come for the topmost rows alone, which makes a view paint itself
   /// anew. Also where more has changed than would be worth telling apart.
   void LooksChanged();
@@ -292,6 +293,7 @@ private:
   void _SetSelected(RowId row, bool isSelected);
   void _Deselect();
   void _ReadSelection();
+  void _ResetSelection();
   void _TellSelection();
   [[nodiscard]] QItemSelection _MakeSelection(const std::vector<RowId>& rows) const;
 
@@ -320,7 +322,7 @@ private:
   std::vector<RowId> m_changed;
   /// Each selected row, and others.
   std::vector<RowId> m_selected;
-  /// A row for each time that its selection has changed since it was told last.
+  /// A row for each time that its selection has changed since it was told last, those that went since included.
   std::vector<RowId> m_selectionChanged;
   /// The controller of a population, for a model without a panel.
   du::SmartPtr<guitree::TreeSelectionController> m_controller;
@@ -340,6 +342,7 @@ private:
   bool m_haveEdits = false;
   bool m_isSelectionStale = false;
   bool m_isSelectionReset = false;
+  bool m_isSelectionNews = false;
 };
 
 }  // namespace qthost

@@ -10,7 +10,7 @@
 namespace qthost {
 
 /// Keeps the selection of a view and that of the kernel the same, each change in one batch. What the kernel tells is
-/// selected in the view, which scrolls to the first row of it; what the user selects there replaces the selection of
+/// selected in the view, which scrolls to the topmost row of it; what the user selects there replaces the selection of
 /// the kernel, in which the panel of the model keeps it. Neither side hears back what it has said.
 ///
 /// Rows that go, as while a filter leaves them out, leave the selection of the view and not that of the kernel. Make
@@ -34,7 +34,7 @@ public:
   void SetScrolls(bool isOn) noexcept { m_scrolls = isOn; }
 
 private:
-  void _TakeFromKernel(const QItemSelection& selected, const QItemSelection& deselected, bool isAfterReset);
+  void _TakeFromKernel(const QItemSelection& selected, const QItemSelection& deselected, bool isNews);
   void _SelectInView(const QItemSelection& selected, const QItemSelection& deselected);
   /// `present` is the number of ranges that are selected.
   void _ReplaceInView(qsizetype present);
