@@ -2,7 +2,7 @@
 
 #include <QSignalSpy>
 
-#include "Stage.h"
+#include "FilterHold.h"
 #include "guitree/TreeController.h"
 
 namespace qthosttest {
@@ -14,14 +14,6 @@ using testing::ElementsAre;
 class ItemModelFilter : public testing::Test {
 protected:
   void SetUp() override { stage.Initialise(); }
-  /// Cancels the job of a filter, on its worker, at its first match.
-  void FilterAndCancelAtWork(const std::string& text)
-  {
-    stage.state->onMatch = [this] { stage.model.CancelFilter(); };
-    stage.Filter(text);
-    stage.state->onMatch = nullptr;
-  }
-
   Stage stage{"root[plate[bolt nut] frame[bolt bar] rod]"};
 };
 
@@ -82,44 +74,16 @@ TEST_F(ItemModelFilter, CancelWithoutAFilter_AnswersNo)
   EXPECT_FALSE(stage.model.CancelFilter());
 }
 
-TEST_F(ItemModelFilter, FilterAtWork_IsCancelledForAnotherPanel)
-{
-  const auto event = du::MakeSmart<zelk::AsyncEvent>(true);
-  const auto progress = stage.model.CreateFilterProgressCtrl(event);
-  stage.model.SetPanel(stage.gui.Get());
-  ASSERT_FALSE(event->IsCanceled());
-
-  stage.model.SetPanel(nullptr);
-
-  EXPECT_TRUE(event->IsCanceled());
-}
-
-TEST_F(ItemModelFilter, FilterAtWork_IsCancelledByTheEndOfTheModel)
-{
-  const auto event = du::MakeSmart<zelk::AsyncEvent>(true);
-  auto model = std::make_unique<GuiTreeItemModel>();
-  const auto progress = model->CreateFilterProgressCtrl(event);
-  ASSERT_FALSE(event->IsCanceled());
-
-  model.reset();
-
-  EXPECT_TRUE(event->IsCanceled());
-}
-
 TEST_F(ItemModelFilter, FilterThatIsCancelled_SaysSo)
 {
-  bool wasAtWork = false;
-  stage.state->onMatch = [&] { wasAtWork = stage.model.CancelFilter(); };
+  EXPECT_TRUE(FilterAndCancelAtWork(stage, "bolt"));
 
-  stage.Filter("bolt");
-
-  EXPECT_TRUE(wasAtWork);
   EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::Cancelled);
 }
 
 TEST_F(ItemModelFilter, Placeholder_IsARowThatHasChildrenToFetch)
 {
-  FilterAndCancelAtWork("bolt");
+  FilterAndCancelAtWork(stage, "bolt");
 
   const QModelIndex root = stage.FindIndex("root");
   EXPECT_EQ(stage.GetText(), "root[...]");
@@ -130,7 +94,7 @@ TEST_F(ItemModelFilter, Placeholder_IsARowThatHasChildrenToFetch)
 
 TEST_F(ItemModelFilter, PlaceholderThatIsFetched_BecomesItsRows)
 {
-  FilterAndCancelAtWork("bolt");
+  FilterAndCancelAtWork(stage, "bolt");
   const QSignalSpy insertions(&stage.model, &QAbstractItemModel::rowsInserted);
 
   stage.model.fetchMore(stage.FindIndex("root"));
@@ -142,7 +106,7 @@ TEST_F(ItemModelFilter, PlaceholderThatIsFetched_BecomesItsRows)
 
 TEST_F(ItemModelFilter, PlaceholderWhileAFilterIsAtWork_CannotBeFetched)
 {
-  FilterAndCancelAtWork("bolt");
+  FilterAndCancelAtWork(stage, "bolt");
   const QPersistentModelIndex root = stage.FindIndex("root");
   stage.model.setProperty("asked", stage.model.canFetchMore(root));
   stage.GetFilter().SetText("nut");

@@ -4,7 +4,7 @@
 
 #include <QScrollBar>
 
-#include "Stage.h"
+#include "FilterHold.h"
 #include "qthost/SelectionBinding.h"
 
 namespace qthosttest {
@@ -213,9 +213,7 @@ TEST_F(TreeViewKeeperOfAView, WhatHasLeftTheTree_IsHeldNoLonger)
 
 TEST_F(TreeViewKeeperOfAView, PlaceholderThatTheUserOpens_IsFilled)
 {
-  stage.state->onMatch = [this] { stage.model.CancelFilter(); };
-  stage.Filter("bolt");
-  stage.state->onMatch = nullptr;
+  FilterAndCancelAtWork(stage, "bolt");
 
   view.expand(stage.FindIndex("root"));
 

@@ -34,4 +34,17 @@ private:
   bool m_hasLetGo = false;
 };
 
+/// Filters by a text, and cancels the job at its first match. Whether there was something to cancel.
+inline bool FilterAndCancelAtWork(Stage& stage, const std::string& text)
+{
+  FilterHold hold(*stage.state);
+  stage.GetFilter().SetText(text);
+  stage.state->PopulateTree(false);
+  hold.WaitUntilReached();
+  const bool wasAtWork = stage.model.CancelFilter();
+  hold.LetGo();
+  stage.Settle();
+  return wasAtWork;
+}
+
 }  // namespace qthosttest
