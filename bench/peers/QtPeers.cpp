@@ -11,6 +11,7 @@
 
 #include "peers/LeanModel.h"
 #include "peers/Peers.h"
+#include "peers/QtModels.h"
 #include "support/Walk.h"
 
 namespace bench {
@@ -228,6 +229,13 @@ std::vector<std::unique_ptr<FilterPeer>> MakeFilterPeers(const zelk::BaseTree& t
   std::vector<std::unique_ptr<FilterPeer>> peers;
   peers.push_back(std::make_unique<RecursiveProxy>(tree));
   return peers;
+}
+
+std::unique_ptr<QAbstractItemModel> MakeLeanModel(const zelk::BaseTree& tree)
+{
+  auto model = std::make_unique<LeanModel>();
+  FillLeanModel(tree, *MakeTexts(tree), *model);
+  return model;
 }
 
 std::vector<std::unique_ptr<Peer>> MakePeers(const zelk::BaseTree& tree)

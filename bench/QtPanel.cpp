@@ -1,0 +1,263 @@
+// The panel of the Qt host in a window: a filter from the key that starts it until its rows are painted, all of them
+// expanded, and how long the window's thread stands still for it. Beside it a QSortFilterProxyModel in a view of the same
+// size.
+
+#include <algorithm>
+#include <ctime>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSortFilterProxyModel>
+#include <QTreeView>
+
+#include "guitree/StructureTreeState.h"
+#include "memkernel/World.h"
+#include "peers/QtModels.h"
+#include "qthost/GuiTreeItemModel.h"
+#include "qthost/GuiTreePanel.h"
+#include "qthost/LoopDriver.h"
+#include "support/FilterNames.h"
+#include "support/Measure.h"
+#include "support/Shapes.h"
+
+namespace bench {
+namespace {
+
+constexpr double s_milliseconds = 1e3;
+constexpr QSize s_window(600, 900);
+
+double GetThreadSeconds()
+{
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// Knows the longest time that one event has taken, those within it included: as long the window does not answer.
+class Application : public QApplication {
+public:
+  Application() : QApplication(s_argc, s_argv) {}
+
+  bool notify(QObject* receiver, QEvent* event) override
+  {
+    if (m_isAtWork) {
+      return QApplication::notify(receiver, event);
+    }
+    m_isAtWork = true;
+    const double start = GetThreadSeconds();
+    const bool isTaken = QApplication::notify(receiver, event);
+    m_longest = std::max(m_longest, GetThreadSeconds() - start);
+    m_isAtWork = false;
+    return isTaken;
+  }
+  [[nodiscard]] double TakeLongest() { return std::exchange(m_longest, 0.0); }
+
+private:
+  static inline int s_argc = 1;
+  static inline char s_name[] = "bench";
+  static inline char* s_argv[] = {s_name, nullptr};
+
+  bool m_isAtWork = false;
+  double m_longest = 0;
+};
+
+void Paint(QTreeView& view)
+{
+  QCoreApplication::processEvents();
+  view.viewport()->repaint();
+}
+
+double TimeToPaint(QTreeView& view, const std::function<void()>& work)
+{
+  return Time([&] {
+    work();
+    Paint(view);
+  });
+}
+
+double ScrollToEnd(QTreeView& view)
+{
+  return TimeToPaint(view, [&] { view.scrollToBottom(); });
+}
+
+/// The rows that a view would show, and whether it has laid each of them out.
+std::size_t CountShownRows(const QTreeView& view)
+{
+  std::size_t count = 0;
+  for (QModelIndex index = view.model()->index(0, 0); index.isValid(); index = view.indexBelow(index)) {
+    ++count;
+  }
+  return count;
+}
+
+/// A panel over a world with one worker, in a window. One a process, since the world is installed for it.
+class Window {
+public:
+  explicit Window(const du::SmartPtr<memkernel::Tree>& tree)
+  {
+    m_world->tree = tree;
+    m_world->InstallForProcess();
+    m_world->GetLoop().SetWakeUp(m_driver.MakeWakeUp());
+    m_model.SetPanel(m_gui.Get());
+    m_gui->SetGuiInterface(&m_model);
+    m_gui->SetTreeState(m_state);
+    panel.resize(s_window);
+    panel.show();
+    QCoreApplication::processEvents();
+    m_gui->Initialise(m_world);
+    Settle();
+  }
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  ~Window()
+  {
+    panel.hide();
+    m_gui->Reset();
+    m_gui->Close();
+    m_world->GetLoop().SetWakeUp({});
+    m_world->Shutdown();
+  }
+
+  /// Enter filters at once, without the pause that typing allows for.
+  void FilterByKey(const QString& text)
+  {
+    auto* const line = panel.findChild<QLineEdit*>(QStringLiteral("filterLine"));
+    line->setText(text);
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(line, &press);
+  }
+  /// Until no filter is at work and nothing is left to be painted.
+  void Settle()
+  {
+    while (QCoreApplication::processEvents(QEventLoop::AllEvents), m_model.IsCalculating()) {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    Paint(panel.GetView());
+  }
+  [[nodiscard]] std::size_t GetRowCount() const { return m_model.GetRowCount(); }
+  void Populate() { m_state->PopulateTree(true); }
+
+private:
+  const du::SmartPtr<memkernel::World> m_world = du::MakeSmart<memkernel::World>(1U);
+  qthost::LoopDriver m_driver{[this] { m_world->GetLoop().RunDue(); }};
+  qthost::GuiTreeItemModel m_model;
+  const du::SmartPtr<guitree::GuiTree> m_gui = du::MakeSmart<guitree::GuiTree>(m_world->CreateManagedObject());
+  const du::SmartPtr<guitree::StructureTreeState> m_state = du::MakeSmart<guitree::StructureTreeState>(*m_gui, true);
+
+public:
+  qthost::GuiTreePanel panel{m_model};
+};
+
+struct FilterTimes {
+  double whole = 0;
+  double scroll = 0;
+};
+
+/// A fresh proxy is given to the view, expanded and painted.
+FilterTimes FilterByFreshProxy(QAbstractItemModel& rows, const QString& text, std::size_t expected)
+{
+  QTreeView view;
+  view.setUniformRowHeights(true);
+  view.resize(s_window);
+  view.show();
+  Paint(view);
+  QSortFilterProxyModel proxy;
+  proxy.setRecursiveFilteringEnabled(true);
+  proxy.setFilterCaseSensitivity(Qt::CaseInsensitive);
+  FilterTimes times;
+  times.whole = TimeToPaint(view, [&] {
+    proxy.setFilterFixedString(text);
+    proxy.setSourceModel(&rows);
+    view.setModel(&proxy);
+    view.expandAll();
+  });
+  Require(CountShownRows(view) == expected, "the proxy shows the same rows");
+  times.scroll = ScrollToEnd(view);
+  return times;
+}
+
+/// The proxy stands under the expanded view when the filter is set.
+double FilterUnderExpandedView(QAbstractItemModel& rows, const QString& text, std::size_t expected)
+{
+  QSortFilterProxyModel proxy;
+  proxy.setRecursiveFilteringEnabled(true);
+  proxy.setFilterCaseSensitivity(Qt::CaseInsensitive);
+  proxy.setSourceModel(&rows);
+  QTreeView view;
+  view.setUniformRowHeights(true);
+  view.resize(s_window);
+  view.setModel(&proxy);
+  view.expandAll();
+  view.show();
+  Paint(view);
+  const double seconds = TimeToPaint(view, [&] { proxy.setFilterFixedString(text); });
+  // It keeps some ancestors that have lost their last match.
+  Require(CountShownRows(view) >= expected, "the proxy shows the same rows");
+  return seconds;
+}
+
+// A proxy under an expanded view takes the square of the rows.
+constexpr std::size_t s_mostUnderExpandedView = 20'000;
+
+Figures Filter(std::size_t rows, const FilterText& filter)
+{
+  Application application;
+  const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, rows);
+  GiveFilterNames(*tree);
+  const std::unique_ptr<QAbstractItemModel> lean = MakeLeanModel(*tree);
+  const QString text = QString::fromStdString(filter.text);
+  Window window(tree);
+  QTreeView& view = window.panel.GetView();
+  return RunRounds(rows, [&](Figures& figures) {
+    static_cast<void>(application.TakeLongest());
+    figures["expand_ms"] = TimeToPaint(view, [&] { view.expandAll(); }) * s_milliseconds;
+    static_cast<void>(application.TakeLongest());
+    const double seconds = Time([&] {
+      window.FilterByKey(text);
+      window.Settle();
+    });
+    figures["block_ms"] = application.TakeLongest() * s_milliseconds;
+    const std::size_t expected = window.GetRowCount();
+    Require(expected > 1 && expected < rows && CountShownRows(view) == expected, "the view shows what is left");
+    figures["rows"] = static_cast<double>(expected);
+    const double scroll = ScrollToEnd(view);
+    figures["scroll_ms"] = scroll * s_milliseconds;
+    const FilterTimes fresh = FilterByFreshProxy(*lean, text, expected);
+    figures["x_proxy"] = seconds / fresh.whole;
+    figures["proxy_ms"] = fresh.whole * s_milliseconds;
+    figures["proxy_scroll_ms"] = fresh.scroll * s_milliseconds;
+    if (rows <= s_mostUnderExpandedView) {
+      const double under = FilterUnderExpandedView(*lean, text, expected);
+      figures["x_expanded_proxy"] = seconds / under;
+      figures["expanded_proxy_ms"] = under * s_milliseconds;
+    }
+    static_cast<void>(application.TakeLongest());
+    window.FilterByKey({});
+    window.Settle();
+    Require(window.GetRowCount() == rows, "all rows are back");
+    figures["back_block_ms"] = application.TakeLongest() * s_milliseconds;
+    return seconds;
+  });
+}
+
+}  // namespace
+}  // namespace bench
+
+int main(int argc, char** argv)
+{
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  for (const bench::FilterText& text : bench::GetFilterTexts()) {
+    if (text.name == "1%" || text.name == "30%") {
+      bench::Register("QtPanelFilter/" + text.name, {10'000, 20'000, 100'000, 1'000'000},
+                      [&text](std::size_t rows) { return bench::Filter(rows, text); });
+    }
+  }
+  return bench::RunAll(argc, argv);
+}
