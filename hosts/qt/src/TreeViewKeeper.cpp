@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <QItemSelectionModel>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 namespace qthost {
@@ -33,11 +34,12 @@ TreeViewKeeper::TreeViewKeeper(QTreeView& view, GuiTreeItemModel& model) : QObje
   connect(&model, &GuiTreeItemModel::EditsEnd, this, [this] {
     m_isEditing = false;
     _RestorePlace();
-    if (std::exchange(m_haveRowsGone, false)) {
-      _ForgetWhatHasGone();
-    }
+    _ForgetWhatHasGone();
   });
-  connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] { m_haveRowsGone = true; });
+  connect(&model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &TreeViewKeeper::_NoteRemoval);
+  connect(&view, &QTreeView::expanded, this, [this](const QModelIndex& index) { _Note(index, true); });
+  connect(&view, &QTreeView::collapsed, this, [this](const QModelIndex& index) { _Note(index, false); });
+  m_model.VisitBranches([this](const QModelIndex& index) { _Note(index, m_view.isExpanded(index)); });
 }
 
 TreeViewKeeper::~TreeViewKeeper() = default;
@@ -49,10 +51,47 @@ void TreeViewKeeper::Forget()
   m_place = {};
 }
 
+// To ask the view for all rows before each population would take longer than a filter does.
+void TreeViewKeeper::_Note(const QModelIndex& index, bool isExpanded)
+{
+  if (m_isRestoring || m_areAllExpanded || !_IsShowing()) {
+    return;
+  }
+  GuiTreeItemModel::Instance instance = m_model.GetInstance(index);
+  const zelk::BaseInstance* const key = instance.Get();
+  if (isExpanded) {
+    m_expanded.emplace(key, std::move(instance));
+  } else {
+    m_expanded.erase(key);
+  }
+}
+
+void TreeViewKeeper::_NoteRemoval(const QModelIndex& parent, int first, int last)
+{
+  std::vector<QModelIndex> open;
+  for (int row = first; row <= last; ++row) {
+    open.push_back(m_model.index(row, GuiTreeItemModel::NameColumn, parent));
+  }
+  while (!open.empty() && !m_expanded.empty()) {
+    const QModelIndex index = open.back();
+    open.pop_back();
+    if (const auto found = m_expanded.find(m_model.GetInstance(index).Get()); found != m_expanded.end()) {
+      m_removed.push_back(found->second);
+    }
+    for (int row = 0; row < m_model.rowCount(index); ++row) {
+      open.push_back(m_model.index(row, GuiTreeItemModel::NameColumn, index));
+    }
+  }
+}
+
 // An instance that is held keeps all that is below it, with its shapes.
 void TreeViewKeeper::_ForgetWhatHasGone()
 {
-  std::erase_if(m_expanded, [](const auto& entry) { return HasLeftItsTree(entry.second); });
+  for (const auto& instance : std::exchange(m_removed, {})) {
+    if (HasLeftItsTree(instance)) {
+      m_expanded.erase(instance.Get());
+    }
+  }
   if (HasLeftItsTree(m_current)) {
     m_current.Reset();
   }
@@ -68,26 +107,10 @@ void TreeViewKeeper::_Store()
   if (!_IsShowing() || m_model.GetRowCount() == 0) {
     return;
   }
-  if (!m_areAllExpanded) {
-    _StoreExpanded();
-  }
   const QModelIndex current = m_view.currentIndex();
   m_current = m_model.GetInstance(current);
   m_currentColumn = current.column();
   _StorePlace();
-}
-
-void TreeViewKeeper::_StoreExpanded()
-{
-  m_model.VisitBranches([this](const QModelIndex& index) {
-    GuiTreeItemModel::Instance instance = m_model.GetInstance(index);
-    const zelk::BaseInstance* const key = instance.Get();
-    if (m_view.isExpanded(index)) {
-      m_expanded.emplace(key, std::move(instance));
-    } else {
-      m_expanded.erase(key);
-    }
-  });
 }
 
 void TreeViewKeeper::_StorePlace()
@@ -104,6 +127,7 @@ void TreeViewKeeper::_Restore()
   if (!_IsShowing()) {
     return;
   }
+  const QScopedValueRollback restoring(m_isRestoring, true);
   m_areAllExpanded = m_expandsAll;
   if (m_expandsAll) {
     _ExpandAll();
@@ -124,9 +148,11 @@ void TreeViewKeeper::_ExpandAll()
 
 void TreeViewKeeper::_RestoreExpanded()
 {
-  for (const auto& [key, instance] : m_expanded) {
-    _Expand(m_model.FindIndex(key));
-  }
+  std::erase_if(m_expanded, [this](const auto& entry) {
+    const QModelIndex index = m_model.FindIndex(entry.first);
+    _Expand(index);
+    return !index.isValid() && HasLeftItsTree(entry.second);
+  });
 }
 
 // Right after a reset the view only notes what is expanded and lays all of it out at once, later. What is left out

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unordered_map>
+#include <vector>
 
 #include <QObject>
 #include <QPointer>
@@ -15,9 +16,9 @@ namespace qthost {
 /// Also has the view paint itself when the looks of all rows have changed. Make one for each view that shows the model
 /// itself; it ends with the view.
 ///
-/// What was expanded is remembered also for instances that have no row for a while, as while a filter leaves them out,
-/// and forgotten once they have left their tree.
-/// Owner's thread.
+/// It hears of what is expanded by the signals of the view. What was expanded is remembered also for instances that
+/// have no row for a while, as while a filter leaves them out, and forgotten once they have left their tree. Owner's
+/// thread.
 class TreeViewKeeper : public QObject {
   Q_OBJECT
 
@@ -42,9 +43,10 @@ private:
     int top = 0;
   };
 
+  void _Note(const QModelIndex& index, bool isExpanded);
+  void _NoteRemoval(const QModelIndex& parent, int first, int last);
   void _ForgetWhatHasGone();
   void _Store();
-  void _StoreExpanded();
   void _StorePlace();
   void _Restore();
   void _ExpandAll();
@@ -57,13 +59,15 @@ private:
   GuiTreeItemModel& m_model;
   /// Instances are held, so that no other one gets the address.
   std::unordered_map<const zelk::BaseInstance*, GuiTreeItemModel::Instance> m_expanded;
+  /// Those of them whose rows have gone since the batch began.
+  std::vector<GuiTreeItemModel::Instance> m_removed;
   Place m_place;
   GuiTreeItemModel::Instance m_current;
   int m_currentColumn = 0;
   bool m_expandsAll = false;
   /// Whether the rows that stand now were all expanded by this.
   bool m_areAllExpanded = false;
-  bool m_haveRowsGone = false;
+  bool m_isRestoring = false;
   /// From the first edit of a batch to its end: the place is that from before.
   bool m_isEditing = false;
 };
