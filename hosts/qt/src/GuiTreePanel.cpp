@@ -106,6 +106,8 @@ void GuiTreePanel::_ConnectModel()
   connect(&m_model, &GuiTreeItemModel::PopulationBegins, this, &GuiTreePanel::_ApplyFilter);
   connect(&m_model, &GuiTreeItemModel::CalculatingChanged, this, &GuiTreePanel::_OnCalculating);
   connect(&m_model, &GuiTreeItemModel::EditedMeanwhile, this, &GuiTreePanel::_FilterAfterEdits);
+  // After the binding, which has made the selection that of the view.
+  connect(&m_model, &GuiTreeItemModel::SelectionTold, m_view, &StructureView::NoteSelection);
   connect(&m_model, &GuiTreeItemModel::FilterProgressed, m_status, &FilterStatus::SetPercent);
   connect(&m_model, &GuiTreeItemModel::ResultShown, this, &GuiTreePanel::_ShowResult);
   connect(&m_model, &GuiTreeItemModel::RowsChanged, this, &GuiTreePanel::_ShowResult);

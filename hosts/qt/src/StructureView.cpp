@@ -11,6 +11,7 @@
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 
+#include "RowPainter.h"
 #include "RowPlace.h"
 
 namespace qthost {
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int s_eyeWidth = 56;
 constexpr int s_widest = 4000;
+// A page of rows takes as long as without a selection up to some thousands of ranges.
+constexpr qsizetype s_mostRanges = 1000;
 
 void SortByPlace(std::vector<QModelIndex>& rows)
 {
@@ -108,6 +111,21 @@ void StructureView::ShowSort(int column, Qt::SortOrder order)
 {
   const QSignalBlocker blocker(header());
   header()->setSortIndicator(column, order);
+}
+
+void StructureView::NoteSelection()
+{
+  m_isScattered = selectionModel()->selection().size() > s_mostRanges;
+  viewport()->update();
+}
+
+void StructureView::drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+  if (m_isScattered) {
+    RowPainter(*this, option, index).Paint(*painter);
+  } else {
+    QTreeView::drawRow(painter, option, index);
+  }
 }
 
 void StructureView::resizeEvent(QResizeEvent* event)

@@ -26,6 +26,8 @@ public:
   void SetWidths(const std::vector<int>& widths);
   /// Shows what the rows are sorted by, without a signal: a column, or -1 for the order of the assembly.
   void ShowSort(int column, Qt::SortOrder order);
+  /// The kernel has told of its selection, and the view has it too.
+  void NoteSelection();
 
 Q_SIGNALS:
   /// The user wants the rows sorted like this.
@@ -34,6 +36,7 @@ Q_SIGNALS:
   void MenuWanted(const QPoint& place);
 
 protected:
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   void resizeEvent(QResizeEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -50,6 +53,8 @@ private:
   /// Empty while the columns share the room.
   std::vector<int> m_widths;
   bool m_isFitting = false;
+  /// Whether so many ranges are selected that the view itself would paint too slowly.
+  bool m_isScattered = false;
 };
 
 }  // namespace qthost
