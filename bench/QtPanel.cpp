@@ -1,6 +1,6 @@
 // The panel of the Qt host in a window: a filter from the key that starts it until its rows are painted, all of them
-// expanded, and how long the window's thread stands still for it. Beside it a QSortFilterProxyModel in a view of the same
-// size.
+// expanded, and how long the window's thread stands still for it. Beside it a QSortFilterProxyModel in a view of the
+// same size.
 
 #include <algorithm>
 #include <ctime>
@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <QAction>
 #include <QApplication>
@@ -25,6 +26,8 @@
 #include "support/FilterNames.h"
 #include "support/Measure.h"
 #include "support/Shapes.h"
+#include "support/Walk.h"
+#include "zelk/Instance.h"
 
 namespace bench {
 namespace {
@@ -158,6 +161,21 @@ public:
     Paint(panel.GetView());
   }
   [[nodiscard]] std::size_t GetRowCount() const { return m_model.GetRowCount(); }
+  /// As a pick in a scene does, until it is painted.
+  void SelectInKernel(const std::vector<du::SmartPtr<zelk::Instance>>& instances)
+  {
+    m_world->GetMemSelectionManager().ApplyInstances(zelk::SelectionManager::SelectionList, instances,
+                                                     zelk::SelectionManager::OperationSet);
+    Settle();
+  }
+  /// Opens all branches.
+  void Expand()
+  {
+    QTreeView& view = panel.GetView();
+    view.setCurrentIndex(view.model()->index(0, 0));
+    panel.GetAction(qthost::GuiTreePanel::Command::ExpandBranch).trigger();
+    Paint(view);
+  }
 
 private:
   const du::SmartPtr<memkernel::World> m_world = du::MakeSmart<memkernel::World>(1U);
@@ -232,9 +250,7 @@ Figures Filter(std::size_t rows, const FilterText& filter)
   QTreeView& view = window.panel.GetView();
   return RunRounds(rows, [&](Figures& figures) {
     static_cast<void>(application.TakeLongest());
-    view.setCurrentIndex(view.model()->index(0, 0));
-    QAction& expand = window.panel.GetAction(qthost::GuiTreePanel::Command::ExpandBranch);
-    figures["expand_ms"] = TimeToPaint(view, [&] { expand.trigger(); }) * s_milliseconds;
+    figures["expand_ms"] = Time([&] { window.Expand(); }) * s_milliseconds;
     Require(CountShownRows(view) == rows, "the view shows everything");
     static_cast<void>(application.TakeLongest());
     const double seconds = Time([&] {
@@ -265,6 +281,39 @@ Figures Filter(std::size_t rows, const FilterText& filter)
   });
 }
 
+/// A tenth of all rows is selected in the kernel, each `step` rows behind the one before; then a click selects one.
+Figures Select(std::size_t rows, std::size_t step)
+{
+  const Application application;
+  const du::SmartPtr<memkernel::Tree> tree = MakeTree(Shape::Typical, rows);
+  std::vector<du::SmartPtr<zelk::Instance>> instances;
+  std::size_t number = 0;
+  WalkDepthFirst(*tree, [&](const zelk::BaseInstance& instance, std::size_t /*depth*/) {
+    if (number % step == 0 && number / step < rows / 10) {
+      instances.emplace_back(const_cast<zelk::Instance*>(zelk::AsInstance(&instance)));
+    }
+    ++number;
+  });
+  Window window(tree);
+  window.Expand();
+  QTreeView& view = window.panel.GetView();
+  return RunRounds(rows, [&](Figures& figures) {
+    const double seconds = Time([&] { window.SelectInKernel(instances); });
+    figures["ranges"] = static_cast<double>(view.selectionModel()->selection().size());
+    figures["paint_ms"] = TimeToPaint(view, [] {}) * s_milliseconds;
+    figures["click_ms"] =
+        TimeToPaint(view,
+                    [&] {
+                      view.selectionModel()->select(view.model()->index(0, 0),
+                                                    QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+                    })
+        * s_milliseconds;
+    Require(view.selectionModel()->selectedRows().size() == 1, "one row is selected");
+    window.SelectInKernel({});
+    return seconds;
+  });
+}
+
 }  // namespace
 }  // namespace bench
 
@@ -278,6 +327,10 @@ int main(int argc, char** argv)
       bench::Register("QtPanelFilter/" + text.name, {10'000, 20'000, 100'000, 1'000'000},
                       [&text](std::size_t rows) { return bench::Filter(rows, text); });
     }
+  }
+  for (const auto& [name, step] : {std::pair("neighbours", 1), std::pair("scattered", 10)}) {
+    bench::Register(std::string("QtPanelSelect/") + name, {10'000, 100'000, 1'000'000},
+                    [step = step](std::size_t rows) { return bench::Select(rows, static_cast<std::size_t>(step)); });
   }
   return bench::RunAll(argc, argv);
 }

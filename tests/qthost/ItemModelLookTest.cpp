@@ -204,11 +204,14 @@ TEST_F(ItemModelLook, AssociatedHighlight_IsARoleOfItsRow)
   stage.Settle();
   const bool wasOn = Read("bolt", 0, GuiTreeItemModel::AssociatedRole).toBool();
   const QString words = Read("bolt", 0, Qt::AccessibleTextRole).toString();
+  const bool wasUnderlined = Read("bolt", 0, Qt::FontRole).value<QFont>().underline();
   stage.world->GetMemSelectionManager().ApplyInstances(list, {stage["bolt"]}, zelk::SelectionManager::OperationRemove);
   stage.Settle();
 
   EXPECT_TRUE(wasOn);
   EXPECT_EQ(words, "bolt, highlighted");
+  EXPECT_TRUE(wasUnderlined);
+  EXPECT_FALSE(Read("bolt", 0, Qt::FontRole).isValid());
   EXPECT_FALSE(Read("bolt", 0, GuiTreeItemModel::AssociatedRole).toBool());
 }
 

@@ -1,5 +1,7 @@
 #include <utility>
 
+#include <QFont>
+
 #include "RowTable.h"
 #include "RowWords.h"
 #include "guitree/SceneInfoLog.h"
@@ -49,6 +51,14 @@ bool HasIssue(int icon)
   }
 }
 
+/// Underlined, and otherwise the font of the view.
+QVariant GetHighlightFont()
+{
+  QFont font;
+  font.setUnderline(true);
+  return font;
+}
+
 QVariant GetCheckState(int state)
 {
   switch (state) {
@@ -78,6 +88,8 @@ QVariant GuiTreeItemModel::data(const QModelIndex& index, int role) const
       return _GetText(row, index.column());
     case Qt::DecorationRole:
       return m_iconProvider && index.column() == NameColumn ? m_iconProvider(std::max(_ReadIcon(row), 0)) : QVariant();
+    case Qt::FontRole:
+      return index.column() == NameColumn && m_rows->Has(row, RowTable::HasHighlight) ? GetHighlightFont() : QVariant();
     case Qt::CheckStateRole:
       return index.column() == VisibleColumn ? GetCheckState(_ReadState(row)) : QVariant();
     case Qt::ToolTipRole:

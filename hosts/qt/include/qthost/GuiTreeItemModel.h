@@ -37,12 +37,10 @@ class RowTable;
 ///     view.setModel(&model);
 ///
 /// - Column 0 is the name, column 1 the visible state, the others are properties (`SetPropertyColumns`).
-/// - A population is one reset, and so is the result of a filter. All else comes as inserted, removed and moved rows
-/// and
-///   as changed data, so that views keep their place. What a reset takes from a view, `TreeViewKeeper` gives back.
+/// - A population is one reset, and so is the result of a filter. All else comes as inserted, removed and moved rows,
+///   and as changed data, so that views keep their place. What a reset takes from a view, `TreeViewKeeper` gives back.
 /// - Names, icons, states and tooltips are read from kernel and panel when a view asks for them; a row itself is a
-/// record
-///   of some 40 bytes, and holds its instance.
+///   record of some 40 bytes, and holds its instance.
 /// - A row whose parent instance has none stands below the nearest ancestor that has one, or at the top.
 /// - A placeholder is a row that has children and can fetch them.
 /// - What comes in one bracket of `StartTreeUpdate` is told to views in as few signals as possible, at the latest when
@@ -67,7 +65,7 @@ public:
     ComparedRole,
     /// Whether the instance has an issue that a filter would find, such as a shape that has failed.
     IssueRole,
-    /// Whether the row carries the associated highlight.
+    /// Whether the row carries the associated highlight. Its name is underlined (`Qt::FontRole`).
     AssociatedRole,
     /// Whether the kernel has told that the row is selected. Views have a selection of their own, see
     /// `SelectionBinding`.

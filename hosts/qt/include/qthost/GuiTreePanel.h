@@ -37,8 +37,9 @@ class VisibilityDelegate;
 ///
 ///     qthost::GuiTreeItemModel model;
 ///     qthost::GuiTreePanel panel(model);
-///     panel.SetVisibilityHook([&](const auto& instances, bool isVisible) { return scene.Show(instances, isVisible);
-///     }); model.SetPanel(gui.Get()); gui->SetGuiInterface(&model);
+///     panel.SetVisibilityHook(showAndHide);
+///     model.SetPanel(gui.Get());
+///     gui->SetGuiInterface(&model);
 ///     gui->SetTreeState(du::MakeSmart<guitree::StructureTreeState>(*gui, true));
 ///     gui->Initialise(world);
 ///     panel.show();
