@@ -236,8 +236,11 @@ double FilterUnderExpandedView(QAbstractItemModel& rows, const QString& text, st
   return seconds;
 }
 
-// A proxy under an expanded view takes the square of the rows.
-constexpr std::size_t s_mostUnderExpandedView = 20'000;
+// A proxy under an expanded view takes the square of the rows, and more with each row that is left.
+bool IsBearableUnderExpandedView(std::size_t rows, std::size_t left)
+{
+  return rows <= 20'000 && left <= 1000;
+}
 
 Figures Filter(std::size_t rows, const FilterText& filter)
 {
@@ -267,7 +270,7 @@ Figures Filter(std::size_t rows, const FilterText& filter)
     figures["x_proxy"] = seconds / fresh.whole;
     figures["proxy_ms"] = fresh.whole * s_milliseconds;
     figures["proxy_scroll_ms"] = fresh.scroll * s_milliseconds;
-    if (rows <= s_mostUnderExpandedView) {
+    if (IsBearableUnderExpandedView(rows, expected)) {
       const double under = FilterUnderExpandedView(*lean, text, expected);
       figures["x_expanded_proxy"] = seconds / under;
       figures["expanded_proxy_ms"] = under * s_milliseconds;
