@@ -69,6 +69,36 @@ TEST(RowTable, Find_KnowsEachInstanceUntilItsRowIsErased)
   EXPECT_EQ(table.GetCount(), 2500U);
 }
 
+TEST(RowTable, Find_KnowsAllThatHaveComeAtEachMomentOfAFilling)
+{
+  RowTable table;
+  std::vector<Instance> instances;
+  for (std::size_t count = 1; count <= 200; ++count) {
+    instances.push_back(MakeInstance());
+    table.Append(instances.back(), RowTable::s_top);
+    if (count % 50 == 0) {
+      table.Reserve(count * 2);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      ASSERT_EQ(table.Find(instances[i].Get()), static_cast<Id>(i + 1));
+    }
+  }
+}
+
+TEST(RowTable, Clear_ForgetsWhatHasJustCome)
+{
+  RowTable table;
+  const Instance instance = MakeInstance();
+  table.Append(instance, RowTable::s_top);
+
+  table.Clear();
+  const Id other = table.Append(MakeInstance(), RowTable::s_top);
+  table.FinishFilling();
+
+  EXPECT_EQ(table.Find(instance.Get()), RowTable::s_none);
+  EXPECT_EQ(table.GetInstance(other)->GetObjectName(), du::Symbol("part"));
+}
+
 TEST(RowTable, Erase_TakesAllBelowAlongAndLetsGoOfTheInstances)
 {
   RowTable table;
