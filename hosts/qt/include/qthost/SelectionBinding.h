@@ -18,6 +18,7 @@ namespace qthost {
 ///
 /// The cost of a change is that of its rows. Qt itself asks all ranges of neighbours that are selected for each cell
 /// that it paints, so that ten thousands of rows which are no neighbours make painting slow, wherever they come from.
+/// The view of a `GuiTreePanel` asks the model instead.
 class SelectionBinding : public QObject {
   Q_OBJECT
 
