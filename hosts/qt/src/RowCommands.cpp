@@ -143,14 +143,13 @@ void RowCommands::AddTo(QMenu& menu)
 
 void RowCommands::_EnableWhatIsPossible()
 {
-  const std::vector<QModelIndex> rows = m_view.GetChosenRows();
-  const bool hasBranch =
-      std::any_of(rows.begin(), rows.end(), [this](const QModelIndex& row) { return m_model.hasChildren(row); });
+  const bool hasRow = m_view.IsAnyChosen([](const QModelIndex& /*row*/) { return true; });
+  const bool hasBranch = m_view.IsAnyChosen([this](const QModelIndex& row) { return m_model.hasChildren(row); });
   for (QAction* const action : m_actions) {
-    action->setEnabled(!rows.empty());
+    action->setEnabled(hasRow);
   }
   for (const Command command : {Command::Show, Command::Hide, Command::ShowOnly}) {
-    GetAction(command).setEnabled(!rows.empty() && m_setVisible);
+    GetAction(command).setEnabled(hasRow && m_setVisible);
   }
   GetAction(Command::ExpandBranch).setEnabled(hasBranch);
   GetAction(Command::CollapseBranch).setEnabled(hasBranch);
@@ -196,8 +195,7 @@ void RowCommands::_ShowOnly()
 // As a click on an eye: where there was nothing to show, everything is hidden.
 void RowCommands::_Toggle()
 {
-  const std::vector<QModelIndex> rows = m_view.GetChosenRows();
-  const bool isToBeShown = std::any_of(rows.begin(), rows.end(), [](const QModelIndex& row) {
+  const bool isToBeShown = m_view.IsAnyChosen([](const QModelIndex& row) {
     return VisibilityDelegate::IsToBeShown(row.siblingAtColumn(GuiTreeItemModel::VisibleColumn));
   });
   if (!isToBeShown || !_SetVisible(true)) {

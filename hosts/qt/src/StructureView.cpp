@@ -89,6 +89,22 @@ std::vector<QModelIndex> StructureView::GetChosenRows() const
   return rows;
 }
 
+bool StructureView::IsAnyChosen(const std::function<bool(const QModelIndex& row)>& isSo) const
+{
+  const QItemSelection selection = selectionModel()->selection();
+  if (selection.isEmpty()) {
+    return currentIndex().isValid() && isSo(currentIndex().siblingAtColumn(GuiTreeItemModel::NameColumn));
+  }
+  return std::any_of(selection.begin(), selection.end(), [&](const QItemSelectionRange& range) {
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      if (isSo(model()->index(row, GuiTreeItemModel::NameColumn, range.parent()))) {
+        return true;
+      }
+    }
+    return false;
+  });
+}
+
 void StructureView::SetBranchesExpanded(const std::vector<QModelIndex>& rows, bool isExpanded)
 {
   // With a layout due the view only notes what is expanded.

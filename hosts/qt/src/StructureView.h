@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <QTreeView>
@@ -18,6 +19,8 @@ public:
 
   /// What is selected, in the order of the rows; the current row where nothing is.
   [[nodiscard]] std::vector<QModelIndex> GetChosenRows() const;
+  /// Whether one of these is so, without an order that takes long for many rows.
+  [[nodiscard]] bool IsAnyChosen(const std::function<bool(const QModelIndex& row)>& isSo) const;
   /// Opens or closes these rows with all that is below them, at the cost of one layout. Placeholders stay closed.
   void SetBranchesExpanded(const std::vector<QModelIndex>& rows, bool isExpanded);
   /// The widths that the user has chosen; empty while the columns share the room by themselves.
