@@ -193,6 +193,7 @@ void MainWindow::_MakeViewMenu()
   connect(m_dark, &QAction::toggled, this, &MainWindow::_SetDark);
   menu.addSeparator();
   menu.addAction(m_structure->toggleViewAction());
+  menu.addMenu(&m_structure->GetColumnMenu());
   menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::FocusFilter));
   menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::ShowBodies));
   menu.addAction(&m_structure->GetPanel().GetAction(qthost::GuiTreePanel::Command::CollapseInstances));

@@ -3,6 +3,9 @@
 #include <QAction>
 #include <QEvent>
 #include <QTreeView>
+#include <array>
+#include <string_view>
+#include <vector>
 
 namespace viewer {
 
@@ -13,6 +16,20 @@ using Command = qthost::GuiTreePanel::Command;
 constexpr const char* s_group = "structure";
 constexpr const char* s_bodiesKey = "showsBodies";
 constexpr const char* s_collapseKey = "collapsesInstances";
+constexpr const char* s_columnsKey = "columns";
+
+/// A property of what is read from a file, and its entry in the menu.
+struct Column {
+  const char* property;
+  const char* text;
+};
+
+constexpr std::array s_columns{
+    Column{"Product Name", QT_TRANSLATE_NOOP("viewer::StructureDock", "&Product Name")},
+    Column{"Color", QT_TRANSLATE_NOOP("viewer::StructureDock", "&Color")},
+    Column{"Layer", QT_TRANSLATE_NOOP("viewer::StructureDock", "&Layer")},
+    Column{"Source File", QT_TRANSLATE_NOOP("viewer::StructureDock", "&Source File")},
+};
 
 }  // namespace
 
@@ -41,6 +58,7 @@ StructureDock::StructureDock(Session& session, SceneBinding& binding, QWidget* p
   });
   _FollowPointer();
   _MakeFindable();
+  _MakeColumnMenu();
   connect(&m_panel->GetAction(Command::ShowBodies), &QAction::toggled, &binding, &SceneBinding::SetPickingBodies);
   connect(&session, &Session::Opened, this, &StructureDock::_Show);
   _Open();
@@ -100,6 +118,37 @@ void StructureDock::_MakeFindable()
   });
 }
 
+void StructureDock::_MakeColumnMenu()
+{
+  m_columnMenu = new QMenu(tr("&Columns"), this);
+  for (const Column& column : s_columns) {
+    QAction* const action = m_columnMenu->addAction(tr(column.text));
+    action->setData(QString::fromLatin1(column.property));
+    action->setCheckable(true);
+    connect(action, &QAction::toggled, this, &StructureDock::_ShowColumns);
+  }
+}
+
+void StructureDock::_ShowColumns()
+{
+  std::vector<du::DualSymbol> columns;
+  for (const QString& property : _GetShownColumns()) {
+    columns.emplace_back(du::Symbol(), du::Symbol(std::string_view(property.toStdString())));
+  }
+  m_model.SetPropertyColumns(columns);
+}
+
+QStringList StructureDock::_GetShownColumns() const
+{
+  QStringList columns;
+  for (const QAction* action : m_columnMenu->actions()) {
+    if (action->isChecked()) {
+      columns << action->data().toString();
+    }
+  }
+  return columns;
+}
+
 bool StructureDock::eventFilter(QObject* watched, QEvent* event)
 {
   if (event->type() == QEvent::Leave && watched == m_panel->GetView().viewport()) {
@@ -123,6 +172,7 @@ void StructureDock::SaveSettings(QSettings& settings) const
 {
   settings.beginGroup(s_group);
   m_panel->SaveSettings(settings);
+  settings.setValue(s_columnsKey, _GetShownColumns());
   settings.setValue(s_bodiesKey, m_panel->GetAction(Command::ShowBodies).isChecked());
   settings.setValue(s_collapseKey, m_panel->GetAction(Command::CollapseInstances).isChecked());
   settings.endGroup();
@@ -131,6 +181,11 @@ void StructureDock::SaveSettings(QSettings& settings) const
 void StructureDock::RestoreSettings(QSettings& settings)
 {
   settings.beginGroup(s_group);
+  // The panel may sort by one of them.
+  const QStringList columns = settings.value(s_columnsKey).toStringList();
+  for (QAction* const action : m_columnMenu->actions()) {
+    action->setChecked(columns.contains(action->data().toString()));
+  }
   m_panel->RestoreSettings(settings);
   m_panel->GetAction(Command::ShowBodies).setChecked(settings.value(s_bodiesKey, true).toBool());
   m_panel->GetAction(Command::CollapseInstances).setChecked(settings.value(s_collapseKey, false).toBool());

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDockWidget>
+#include <QMenu>
 #include <QSettings>
+#include <QStringList>
 #include <memory>
 
 #include "SceneBinding.h"
@@ -27,6 +29,8 @@ public:
 
   [[nodiscard]] qthost::GuiTreePanel& GetPanel() noexcept { return *m_panel; }
   [[nodiscard]] qthost::GuiTreeItemModel& GetModel() noexcept { return m_model; }
+  /// The properties that rows can show beside their names, to be checked.
+  [[nodiscard]] QMenu& GetColumnMenu() noexcept { return *m_columnMenu; }
 
   /// Filter, columns and the switches for bodies and collapsed instances, in a group of their own.
   void SaveSettings(QSettings& settings) const;
@@ -42,12 +46,16 @@ private:
   void _Show(const QString& file);
   void _FollowPointer();
   void _MakeFindable();
+  void _MakeColumnMenu();
+  void _ShowColumns();
+  [[nodiscard]] QStringList _GetShownColumns() const;
   [[nodiscard]] bool _SetVisible(const qthost::GuiTreePanel::Instances& instances, bool isVisible);
 
   Session& m_session;
   SceneBinding& m_binding;
   qthost::GuiTreeItemModel m_model;
   std::unique_ptr<qthost::GuiTreePanel> m_panel;
+  QMenu* m_columnMenu = nullptr;
   du::SmartPtr<guitree::GuiTree> m_gui;
 };
 

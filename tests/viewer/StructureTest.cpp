@@ -220,6 +220,23 @@ TEST_F(Structure, FindWithTheDockClosed_OpensIt)
   EXPECT_NE(qobject_cast<QLineEdit*>(QApplication::focusWidget()), nullptr);
 }
 
+TEST_F(Structure, Columns_ShowPropertiesAndAreRemembered)
+{
+  FindAction("Product Name")->trigger();
+  const QString before = RowOf("bolt:1").siblingAtColumn(2).data().toString();
+
+  window->close();
+  window = std::make_unique<viewer::MainWindow>();
+  Show();
+  Open({s_pump});
+
+  EXPECT_EQ(before, "bolt M1");
+  EXPECT_EQ(Rows().model()->columnCount(), 3);
+  EXPECT_EQ(RowOf("bolt:1").siblingAtColumn(2).data().toString(), "bolt M1");
+  FindAction("Product Name")->trigger();
+  EXPECT_EQ(Rows().model()->columnCount(), 2);
+}
+
 TEST_F(Structure, Filter_IsRemembered)
 {
   Filter("washer");
