@@ -11,10 +11,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using viewertest::s_associated;
 using viewertest::s_leaf;
 using viewertest::s_pump;
-
-constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
 
 class ChangeCounter final : public zelk::SelectionObserver {
 public:
@@ -28,9 +27,8 @@ protected:
   void SetUp() override
   {
     Stage::SetUp();
-    Open({s_pump});
+    OpenFromAbove({s_pump});
     Rows().expandAll();
-    View().LookFrom(viewer::Direction::Top);
     Settle();
   }
   /// Without any other event in between.

@@ -26,9 +26,7 @@ protected:
   void SetUp() override
   {
     Stage::SetUp();
-    Open({s_pump});
-    View().LookFrom(viewer::Direction::Top);
-    Settle();
+    OpenFromAbove({s_pump});
   }
   [[nodiscard]] QLineEdit& Line() { return *window->findChild<QLineEdit*>("filterLine"); }
   /// Makes a row the current one, and gives the rows the keys.

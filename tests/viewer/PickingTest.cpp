@@ -10,10 +10,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using viewertest::s_associated;
 using viewertest::s_leaf;
 using viewertest::s_pump;
-
-constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
 
 /// Counts how often a widget is drawn.
 class PaintCounter final : public QObject {
@@ -32,12 +31,7 @@ protected:
 
 class Picking : public viewertest::Stage {
 protected:
-  void LookFromAbove(const QString& file = s_pump)
-  {
-    Open({file});
-    View().LookFrom(viewer::Direction::Top);
-    Settle();
-  }
+  void LookFromAbove(const QString& file = s_pump) { OpenFromAbove({file}); }
   /// Nothing is drawn there: a view of everything leaves a margin.
   static constexpr QPoint s_nowhere{3, 3};
 };

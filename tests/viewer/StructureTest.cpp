@@ -22,9 +22,8 @@ protected:
   {
     Stage::SetUp();
     window->GetStructure().GetPanel().SetTypingPause(0);
-    Open({s_pump});
+    OpenFromAbove({s_pump});
     Rows().expandAll();
-    View().LookFrom(viewer::Direction::Top);
     Settle();
   }
   [[nodiscard]] qthost::GuiTreeItemModel& Model() { return window->GetStructure().GetModel(); }

@@ -14,9 +14,7 @@ protected:
   void SetUp() override
   {
     Stage::SetUp();
-    Open({s_pump});
-    View().LookFrom(viewer::Direction::Top);
-    Settle();
+    OpenFromAbove({s_pump});
   }
   [[nodiscard]] bool IsShown(const std::string& name) { return window->GetModel().IsShown(*Find(name)); }
   void SetVisibleInKernel(const std::string& name, bool isVisible)

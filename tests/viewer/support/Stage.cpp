@@ -68,6 +68,13 @@ void Stage::Open(const QStringList& files)
   WaitForShapes();
 }
 
+void Stage::OpenFromAbove(const QStringList& files)
+{
+  Open(files);
+  View().LookFrom(viewer::Direction::Top);
+  Settle();
+}
+
 void Stage::WaitForShapes()
 {
   WaitFor([this] { return window->GetBinding().GetLoadingCount() == 0 && !window->GetModel().IsAtWork(); },

@@ -20,6 +20,7 @@ namespace viewertest {
 inline const QString s_pump = SAMPLES_DIR "/nested-assembly.stp";
 inline const QString s_leaf = SAMPLES_DIR "/external-references/leaf.stp";
 inline const QString s_hinge = SAMPLES_DIR "/external-references/hinge.stp";
+inline constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
 /// What is drawn of the pump: its frame, eight parts of two sets, three bodies, and fourteen washers.
 inline constexpr std::size_t s_pumpParts = 26;
 
@@ -34,6 +35,8 @@ protected:
   void WaitFor(const std::function<bool()>& isReached, const char* what);
   /// Until the files are read and all that can be drawn of them is.
   void Open(const QStringList& files);
+  /// And looks at them from the top.
+  void OpenFromAbove(const QStringList& files);
   void WaitForShapes();
   /// Until everything that was begun is on the screen.
   void Settle();
