@@ -11,7 +11,7 @@ using zelk::FindBehind;
 
 class FindBehindTest : public testing::Test {
 protected:
-  const SmallTree m_tree;
+  SmallTree m_tree;
 };
 
 TEST_F(FindBehindTest, WithASibling_IsTheNextOne)
