@@ -127,8 +127,8 @@ public:
     m_model.SetPanel(m_gui.Get());
     m_gui->SetGuiInterface(&m_model);
     m_gui->SetTreeState(m_state);
-    panel.resize(s_window);
-    panel.show();
+    m_panel.resize(s_window);
+    m_panel.show();
     QCoreApplication::processEvents();
     m_gui->Initialise(m_world);
     Settle();
@@ -137,17 +137,18 @@ public:
   Window& operator=(const Window&) = delete;
   ~Window()
   {
-    panel.hide();
+    m_panel.hide();
     m_gui->Reset();
     m_gui->Close();
     m_world->GetLoop().SetWakeUp({});
     m_world->Shutdown();
   }
 
+  [[nodiscard]] QTreeView& GetView() const { return m_panel.GetView(); }
   /// Enter filters at once, without the pause that typing allows for.
   void FilterByKey(const QString& text)
   {
-    auto* const line = panel.findChild<QLineEdit*>(QStringLiteral("filterLine"));
+    auto* const line = m_panel.findChild<QLineEdit*>(QStringLiteral("filterLine"));
     line->setText(text);
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QCoreApplication::sendEvent(line, &press);
@@ -158,7 +159,7 @@ public:
     while (QCoreApplication::processEvents(QEventLoop::AllEvents), m_model.IsCalculating()) {
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    Paint(panel.GetView());
+    Paint(GetView());
   }
   [[nodiscard]] std::size_t GetRowCount() const { return m_model.GetRowCount(); }
   /// As a pick in a scene does, until it is painted.
@@ -171,9 +172,9 @@ public:
   /// Opens all branches.
   void Expand()
   {
-    QTreeView& view = panel.GetView();
+    QTreeView& view = GetView();
     view.setCurrentIndex(view.model()->index(0, 0));
-    panel.GetAction(qthost::GuiTreePanel::Command::ExpandBranch).trigger();
+    m_panel.GetAction(qthost::GuiTreePanel::Command::ExpandBranch).trigger();
     Paint(view);
   }
 
@@ -183,9 +184,7 @@ private:
   qthost::GuiTreeItemModel m_model;
   const du::SmartPtr<guitree::GuiTree> m_gui = du::MakeSmart<guitree::GuiTree>(m_world->CreateManagedObject());
   const du::SmartPtr<State> m_state = du::MakeSmart<State>(*m_gui);
-
-public:
-  qthost::GuiTreePanel panel{m_model};
+  qthost::GuiTreePanel m_panel{m_model};
 };
 
 struct FilterTimes {
@@ -250,7 +249,7 @@ Figures Filter(std::size_t rows, const FilterText& filter)
   const std::unique_ptr<QAbstractItemModel> lean = MakeLeanModel(*tree);
   const QString text = QString::fromStdString(filter.text);
   Window window(tree);
-  QTreeView& view = window.panel.GetView();
+  QTreeView& view = window.GetView();
   return RunRounds(rows, [&](Figures& figures) {
     static_cast<void>(application.TakeLongest());
     figures["expand_ms"] = Time([&] { window.Expand(); }) * s_milliseconds;
@@ -299,7 +298,7 @@ Figures Select(std::size_t rows, std::size_t step)
   });
   Window window(tree);
   window.Expand();
-  QTreeView& view = window.panel.GetView();
+  QTreeView& view = window.GetView();
   return RunRounds(rows, [&](Figures& figures) {
     const double seconds = Time([&] { window.SelectInKernel(instances); });
     figures["ranges"] = static_cast<double>(view.selectionModel()->selection().size());

@@ -42,6 +42,12 @@ protected:
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
   }
+  /// Until nothing is read any more, and what was opened is drawn.
+  void WaitForEnd()
+  {
+    WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
+    WaitForShapes();
+  }
   [[nodiscard]] std::string GetMessages() const { return window->GetMessages().GetMessages().join('\n').toStdString(); }
   [[nodiscard]] std::size_t GetDrawnCount() { return window->GetModel().GetDrawnCount(); }
 
@@ -152,8 +158,7 @@ TEST_F(Opening, CancelWhenTheReaderIsDone_OpensNothing)
   WaitForReader();
 
   window->GetSession().CancelReading();
-  WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
-  WaitForShapes();
+  WaitForEnd();
 
   EXPECT_THAT(window->GetSession().GetOpenFiles(), IsEmpty());
   EXPECT_EQ(GetDrawnCount(), 0U);
@@ -167,8 +172,7 @@ TEST_F(Opening, CloseAllWhenTheReaderIsDone_OpensNothing)
   WaitForReader();
 
   window->GetSession().CloseAll();
-  WaitFor([this] { return !window->GetSession().IsReading(); }, "the end of the reading");
-  WaitForShapes();
+  WaitForEnd();
 
   EXPECT_THAT(window->GetSession().GetOpenFiles(), IsEmpty());
   EXPECT_EQ(GetDrawnCount(), 0U);

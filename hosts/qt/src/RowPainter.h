@@ -9,7 +9,7 @@ namespace qthost {
 
 /// Paints a row of a tree view as the view itself does, but that the model is asked what is selected: the view's
 /// selection looks through all its ranges for each cell, and at each of them asks the model for four parents. With
-/// 98,000 ranges the view took 100 times as long for a page of rows. All columns must be selected together, and the
+/// 98,000 ranges the view took 1000 times as long for a page of rows. All columns must be selected together, and the
 /// focus shown for whole rows.
 class RowPainter {
 public:
