@@ -90,6 +90,21 @@ TEST_F(ItemModelSelection, SelectedRowInPlaceOfAnother_IsTold)
   EXPECT_THAT(stage.GetNames(selected), UnorderedElementsAre("bolt", "rod"));
 }
 
+TEST_F(ItemModelSelection, SelectedRowThatGoesAndComesBackSelected_IsToldAgain)
+{
+  Select({"bolt"});
+  std::vector<du::SmartPtr<zelk::Object>> items{du::SmartPtr<zelk::Object>(stage["bolt"])};
+
+  stage.model.StartTreeUpdate();
+  stage.model.InstanceRemove(stage["bolt"], stage["plate"], false);
+  stage.model.InstanceCreate(stage["bolt"], stage["plate"], {}, false);
+  stage.model.SelectItems(items);
+  stage.model.FinishTreeUpdate();
+
+  EXPECT_EQ(told, 2);
+  EXPECT_THAT(stage.GetNames(selected), ElementsAre("bolt"));
+}
+
 TEST_F(ItemModelSelection, RowSelectedAndDeselectedInOneBracket_IsNotTold)
 {
   std::vector<du::SmartPtr<zelk::Object>> items{du::SmartPtr<zelk::Object>(stage["bolt"])};
