@@ -10,7 +10,11 @@ namespace {
 
 constexpr std::size_t s_fewestSlots = 16;
 constexpr std::uint8_t s_noTag = 0;
-constexpr std::size_t s_mostWaiting = 16;
+// Powers of two of bytes: a block of memory, which is a page, and how many of its bytes share a slot, for no instance
+// is smaller.
+constexpr unsigned int s_blockBits = 12;
+constexpr unsigned int s_grainBits = 5;
+constexpr std::size_t s_grains = std::size_t{1} << (s_blockBits - s_grainBits);
 // From this many children on positions are put right later, when they have gone too far.
 constexpr std::size_t s_longTail = 512;
 constexpr std::size_t s_furthestShift = 1024;
@@ -29,7 +33,6 @@ void RowTable::Clear()
   m_rows.emplace_back();
   m_free.clear();
   m_children.clear();
-  m_waiting.clear();
   std::fill(m_tags.begin(), m_tags.end(), s_noTag);
   m_isFilling = true;
 }
@@ -48,7 +51,6 @@ void RowTable::FinishFilling()
     return;
   }
   m_isFilling = false;
-  _PlaceWaiting();
   std::uint32_t next = 0;
   for (Row& row : m_rows) {
     row.firstChild = next;
@@ -66,11 +68,6 @@ RowTable::Id RowTable::Find(const zelk::BaseInstance* instance) const
 {
   if (!instance) {
     return s_none;
-  }
-  for (const Id row : m_waiting) {
-    if (m_rows[row].instance.Get() == instance) {
-      return row;
-    }
   }
   const std::size_t last = m_slots.size() - 1;
   const auto [first, tag] = _GetKey(instance);
@@ -204,45 +201,26 @@ std::size_t RowTable::GetBytes() const
          + m_tags.capacity();
 }
 
-// The high bits of the product depend on all bits of the address; those behind them make the tag.
+// The block gets any slot, and the instance its place behind that: instances that lie side by side have slots side by
+// side. Most rows come and are looked for in the order in which their instances were made; with slots at random filling
+// takes 1.15 times as long, and filling again 1.35 times.
 RowTable::Key RowTable::_GetKey(const zelk::BaseInstance* instance) const
 {
   constexpr std::uint64_t s_golden = 0x9E3779B97F4A7C15U;
-  const std::uint64_t product = reinterpret_cast<std::uintptr_t>(instance) * s_golden;
-  return {static_cast<std::size_t>(product >> m_slotShift),
-          static_cast<std::uint8_t>((product >> (m_slotShift - 7)) | 0x80U)};
+  const std::uint64_t address = reinterpret_cast<std::uintptr_t>(instance);
+  const std::uint64_t product = (address >> s_blockBits) * s_golden;
+  const std::uint64_t place = (address >> s_grainBits) & (s_grains - 1);
+  return {((product >> m_slotShift) + place) & (m_slots.size() - 1),
+          static_cast<std::uint8_t>(((product >> (m_slotShift - 7)) ^ place) | 0x80U)};
 }
 
 void RowTable::_Enter(Id row)
 {
   if (GetCount() * 3 > m_slots.size() * 2) {
     _GrowSlots(GetCount());
-  } else if (m_isFilling) {
-    _PlaceLater(row);
   } else {
     _Place(row);
   }
-}
-
-// The slot is fetched meanwhile. Without that a row waits for it, since the references that are counted next wait for
-// all that was written before: filling took 1.3 times as long.
-void RowTable::_PlaceLater(Id row)
-{
-  const std::size_t slot = _GetKey(m_rows[row].instance.Get()).slot;
-  __builtin_prefetch(&m_slots[slot], 1);
-  __builtin_prefetch(&m_tags[slot], 1);
-  m_waiting.push_back(row);
-  if (m_waiting.size() == s_mostWaiting) {
-    _PlaceWaiting();
-  }
-}
-
-void RowTable::_PlaceWaiting()
-{
-  for (const Id row : m_waiting) {
-    _Place(row);
-  }
-  m_waiting.clear();
 }
 
 // Whoever stands behind the gap and would be looked for in front of it moves into it.
@@ -270,7 +248,6 @@ void RowTable::_GrowSlots(std::size_t count)
   if (size <= m_slots.size()) {
     return;
   }
-  m_waiting.clear();
   m_slots.assign(size, s_top);
   m_tags.assign(size, s_noTag);
   m_slotShift = 64U - static_cast<unsigned int>(std::countr_zero(size));

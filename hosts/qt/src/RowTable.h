@@ -106,8 +106,6 @@ private:
   void _GrowSlots(std::size_t count);
   Id _Make(const du::SmartPtr<zelk::BaseInstance>& instance, Id parent);
   void _Place(Id row);
-  void _PlaceLater(Id row);
-  void _PlaceWaiting();
   void _MakeRoom(Row& parent, std::size_t count);
   /// After children from `position` on have moved by `distance`.
   void _NoteMoved(const Row& parent, std::size_t position, std::size_t distance) const;
@@ -120,8 +118,6 @@ private:
   /// nearly all looks at rows, which lie all over the memory.
   std::vector<Id> m_slots;
   std::vector<std::uint8_t> m_tags;
-  /// Rows of a filling that are in no slot yet.
-  std::vector<Id> m_waiting;
   unsigned int m_slotShift = 0;
   bool m_isFilling = true;
 };
