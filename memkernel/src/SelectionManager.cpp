@@ -158,12 +158,13 @@ bool SelectionManager::ContainsItem(unsigned int list, du::SmartPtr<zelk::Select
   if (!StandsForSomething(item)) {
     return false;
   }
-  const auto instance = rule == zelk::ExpandRuleInstances ? GetInstance(item) : du::SmartPtr<zelk::Instance>();
   const std::shared_lock lock(m_mutex);
   const List* asked = _FindList(list);
-  if (!asked) {
+  // Panels ask this for each row that they make, as a rule of an empty list.
+  if (!asked || asked->items.empty()) {
     return false;
   }
+  const auto instance = rule == zelk::ExpandRuleInstances ? GetInstance(item) : du::SmartPtr<zelk::Instance>();
   return instance ? asked->instances.contains(instance.Get()) : asked->items.contains(item);
 }
 
