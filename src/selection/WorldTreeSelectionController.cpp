@@ -10,6 +10,11 @@ namespace {
 
 using zelk::SelectionManager;
 
+du::SmartPtr<zelk::Instance> ToInstance(const du::SmartPtr<zelk::BaseInstance>& instance)
+{
+  return du::SmartPtr(zelk::AsInstance(instance.Get()) ? static_cast<zelk::Instance*>(instance.Get()) : nullptr);
+}
+
 void AddItem(SelectionManager::ItemSet& items, const du::SmartPtr<zelk::Instance>& instance)
 {
   items.insert(du::MakeSmart<zelk::ObjectSelectionItem>(instance));
@@ -60,7 +65,7 @@ bool WorldTreeSelectionController::ContainsItem(const du::SmartPtr<zelk::BaseIns
   if (!selectionManager) {
     return false;
   }
-  const auto item = du::MakeSmart<zelk::ObjectSelectionItem>(du::DynamicCast<zelk::Instance>(instance));
+  const auto item = du::MakeSmart<zelk::ObjectSelectionItem>(ToInstance(instance));
   return selectionManager->ContainsItem(SelectionManager::SelectionList, item, zelk::ExpandRuleInstances);
 }
 
@@ -71,7 +76,7 @@ void WorldTreeSelectionController::SetItems(const std::set<du::SmartPtr<zelk::Ba
   }
   SelectionManager::ItemSet selection;
   for (const auto& item : items) {
-    if (const auto instance = du::DynamicCast<zelk::Instance>(item)) {
+    if (const auto instance = ToInstance(item)) {
       AddItemsOfRow(selection, instance);
     }
   }
@@ -80,7 +85,7 @@ void WorldTreeSelectionController::SetItems(const std::set<du::SmartPtr<zelk::Ba
 
 bool WorldTreeSelectionController::IsItemAssocHlighted(const du::SmartPtr<zelk::BaseInstance>& instance)
 {
-  const auto kernelInstance = du::DynamicCast<zelk::Instance>(instance);
+  const auto kernelInstance = ToInstance(instance);
   if (!kernelInstance || !selectionManager) {
     return false;
   }
