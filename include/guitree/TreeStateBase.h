@@ -23,6 +23,7 @@
 
 namespace guitree {
 
+class FormerRows;
 class GuiInterface;
 class GuiTree;
 class SceneInfoLog;
@@ -278,6 +279,8 @@ private:
   bool busy = false;
   bool treeNeedsRedraw = false;
   std::set<zelk::BaseInstance*> assocHlightSet;
+  /// The record of the rows before the population under way, until the rows of its filter stand.
+  std::shared_ptr<FormerRows> m_formerRows;
   /// Counts what takes all rows away, by any state of the panel. The rows of a population that another one has
   /// overtaken are not made.
   const std::shared_ptr<unsigned int> m_population;

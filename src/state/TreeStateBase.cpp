@@ -158,7 +158,8 @@ bool TreeStateBase::_Refill()
   structure_utils::TreeFilterInfoBase& filter = _GetCurrentFilter();
   // The host needs no word about the highlights that this drops: their rows go next.
   assocHlightSet.clear();
-  const FormerRows formerRows(notFilteredSet);
+  const auto formerRows = std::make_shared<FormerRows>(notFilteredSet);
+  m_formerRows.reset();
   const unsigned int population = ++*m_population;
   m_ownPopulation = population;
   _Gui().ClearTree();
@@ -178,6 +179,7 @@ bool TreeStateBase::_Refill()
   if (filter.IsFiltering(false)) {
     // Without a tree there would be no job to end the calculating mark.
     if (tree && !isOvertaken) {
+      m_formerRows = formerRows;
       _StartFilteredPopulation(filter, population);
     }
     return false;
@@ -296,6 +298,7 @@ void TreeStateBase::Reset()
   const Pin self(this);
   SetBusy(false);
   notFilteredSet.clear();
+  m_formerRows.reset();
   ++*m_population;
   if (!_HasGuiTree()) {
     return;

@@ -7,6 +7,7 @@
 #include "guitree/GuiTree.h"
 #include "guitree/TreeController.h"
 #include "guitree/TreeStateBase.h"
+#include "state/FormerRows.h"
 #include "state/VisitScope.h"
 
 namespace guitree {
@@ -16,6 +17,7 @@ void TreeStateBase::OnProcessingComplete(const du::SmartPtr<zelk::BaseTree>& tre
     return;
   }
   const Pins pins(this, &guiTree);
+  const auto formerRows = std::exchange(m_formerRows, nullptr);
   const unsigned int population = *m_population;
   SetBusy(false);
   if (gui && gui == guiTree.GetGuiInterface()) {
