@@ -88,8 +88,9 @@ public:
   [[nodiscard]] Node* GetFirstFilteredNode() { return firstFilteredNode; }
   /// What the filter has counted; 0 after a run of nothing but the hidden pass.
   [[nodiscard]] unsigned int GetNumInsts() const { return numInsts; }
-  /// How many instances passed the filter, each counted once, unlike in `GetNumInsts`. Constant cost.
-  [[nodiscard]] std::size_t GetNumMatchedItems() const noexcept { return matchedItems.GetCount(); }
+  /// How many instances passed the filter, each counted once, unlike in `GetNumInsts`. Constant cost; where two passes
+  /// or two builds have recorded, that of `GetMatchedFilterItems`.
+  [[nodiscard]] std::size_t GetNumMatchedItems() const;
   /// The number of nodes of the hidden-filter tree, placeholders included; 0 without one. Counted by the first call.
   [[nodiscard]] unsigned int GetNumHfInsts();
   /// The node of an instance, found along the chain of its parents: the two topmost instances of the chain both stand
@@ -111,6 +112,9 @@ protected:
                                                             const du::SmartPtr<zelk::BaseInstance>& instance);
   /// For derived classes; nothing here calls it. True by default.
   [[nodiscard]] virtual bool ShouldCreateFilterNode();
+
+  /// For the hooks above: the filter of the build under way, null at other times.
+  [[nodiscard]] const structure_utils::TreeFilterInfoBase* GetFilterOfRun() const noexcept { return m_filterOfRun; }
 
   /// Makes the branch of `instance`, or of the node `source` where that is null, below `parent`; a null parent makes it
   /// the root of the hidden pass or of the visible one. Null when the run is cancelled.
@@ -182,7 +186,8 @@ private:
   /// Owner's thread.
   void _DisposeOfDiscarded();
   void _KeepAlive(zelk::BaseInstance* instance);
-  void _AddSibling(const du::SmartPtr<zelk::BaseInstance>& instance, bool isCreated);
+  /// Before something begins to record what may have been recorded.
+  void _NoteRepeats();
 
   /// Instances of nodes that the two sets do not list: ancestors of matches, spared ones, and what was filled on
   /// demand.
@@ -191,9 +196,12 @@ private:
   DiscardedTrees m_discarded;
   /// The tree that a job reads; null outside of its run.
   const zelk::BaseTree* m_treeOfJob = nullptr;
+  const structure_utils::TreeFilterInfoBase* m_filterOfRun = nullptr;
   std::size_t m_nodeCount = 0;
-  /// Stands among the created items already; null for none.
-  const zelk::BaseInstance* m_knownSibling = nullptr;
+  /// Was recorded with the others beside it as one that passed; null for none.
+  const zelk::BaseInstance* m_knownItem = nullptr;
+  /// Whether an instance may have been recorded more than once.
+  bool m_mayRepeat = false;
 };
 
 }  // namespace guitree

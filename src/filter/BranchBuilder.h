@@ -60,11 +60,25 @@ private:
     Node* pendingBranch = nullptr;
   };
 
+  /// An instance that the search for a match has recorded, while its node is made.
+  class KnownItem {
+  public:
+    KnownItem(FilteredTree& tree, const zelk::BaseInstance* item) : m_tree(tree) { m_tree.m_knownItem = item; }
+    ~KnownItem() { m_tree.m_knownItem = nullptr; }
+    KnownItem(const KnownItem&) = delete;
+    KnownItem& operator=(const KnownItem&) = delete;
+
+  private:
+    FilteredTree& m_tree;
+  };
+
   /// Makes the node of the next child, and a level for its children if there are any. False when the run is cancelled.
   [[nodiscard]] bool _BuildChild(Level& level)
   {
     const Child& child = level.children[level.next];
     const Instance& reference = _GetReference(child);
+    level.isRecorded = level.hasMatchedSibling && level.isCreated[level.next];
+    const KnownItem known(m_tree, level.isRecorded ? reference.Get() : nullptr);
     _JudgeChild(level, reference);
     ++level.next;
     Node* const node = _MakeNode(level.node, child, reference);
@@ -140,16 +154,15 @@ private:
 
   void _JudgeChild(Level& level, const Instance& child)
   {
-    const bool isCreated = level.hasMatchedSibling && level.isCreated[level.next];
     if (!level.hasMatchedSibling) {
       level.isKept = !_IsFilteredOut(child);
     } else {
       level.isKept = true;
       if (m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
-        m_tree._AddSibling(child, isCreated);
+        m_tree.AddMatchedFilterItem(child, false);
       }
     }
-    level.isRecorded = isCreated || m_tree.createdItems.IsRecordedLast(child);
+    level.isRecorded = level.isRecorded || m_tree.createdItems.IsRecordedLast(child);
   }
 
   void _FinishChild(Level& level, Node* node)

@@ -71,6 +71,21 @@ void FilteredTree::GetMatchedFilterItems(InstanceSet& out) const
   matchedItems.CopyTo(out, createdItems.GetRecord());
 }
 
+std::size_t FilteredTree::GetNumMatchedItems() const
+{
+  if (!m_mayRepeat) {
+    return matchedItems.GetCount();
+  }
+  InstanceSet matches;
+  GetMatchedFilterItems(matches);
+  return matches.size();
+}
+
+void FilteredTree::_NoteRepeats()
+{
+  m_mayRepeat = m_mayRepeat || !createdItems.GetRecord().empty();
+}
+
 bool FilteredTree::IsFilteredTreeEmpty() const
 {
   return matchedItems.IsEmpty();
@@ -93,22 +108,13 @@ bool FilteredTree::ForceCheckFilteringForAllItems(bool /*hiddenPass*/)
 
 void FilteredTree::AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched)
 {
-  if (!instance) {
+  if (!instance || instance.Get() == m_knownItem) {
     return;
   }
-  if (matched || instance.Get() != m_knownSibling) {
-    createdItems.Record(instance);
-  }
+  createdItems.Record(instance);
   if (matched) {
     matchedItems.Mark(createdItems.GetRecord().size() - 1);
   }
-}
-
-void FilteredTree::_AddSibling(const du::SmartPtr<zelk::BaseInstance>& instance, bool isCreated)
-{
-  m_knownSibling = isCreated ? instance.Get() : nullptr;
-  AddMatchedFilterItem(instance, false);
-  m_knownSibling = nullptr;
 }
 
 bool FilteredTree::IsFilteredOutByAdditionalCheck(structure_utils::TreeFilterInfoBase& /*filter*/,

@@ -51,6 +51,20 @@ void SortChildren(std::vector<Child>& children, structure_utils::TreeFilterInfoB
   std::transform(keyed.begin(), keyed.end(), children.begin(), [](auto& entry) { return std::move(entry.second); });
 }
 
+/// While hooks may ask for the filter.
+class FilterScope {
+public:
+  using Filter = structure_utils::TreeFilterInfoBase;
+
+  FilterScope(const Filter*& place, const Filter& filter) : m_place(place) { m_place = &filter; }
+  ~FilterScope() { m_place = nullptr; }
+  FilterScope(const FilterScope&) = delete;
+  FilterScope& operator=(const FilterScope&) = delete;
+
+private:
+  const Filter*& m_place;
+};
+
 }  // namespace
 
 // The tree and the selection must outlive the build, whoever lets go of them meanwhile: hence the own pointers.
@@ -83,7 +97,11 @@ void FilteredTree::BuildTree(structure_utils::TreeFilterInfoBase& filter, du::Sm
   if (tree) {
     tree->GetNumInstances(info.totalInstances);
   }
-  _BuildPasses(rootInstance, info);
+  _NoteRepeats();
+  {
+    const FilterScope scope(m_filterOfRun, filter);
+    _BuildPasses(rootInstance, info);
+  }
   _EndBuild(rootInstance.Get(), info);
   // An instance that has left tree and selection meanwhile must not end on a worker.
   m_keptAlive.insert(m_keptAlive.end(), info.selectedItems.begin(), info.selectedItems.end());
@@ -105,6 +123,7 @@ void FilteredTree::_BuildPasses(const du::SmartPtr<zelk::BaseInstance>& rootInst
     return;
   }
   firstFilteredNode = nullptr;
+  _NoteRepeats();
   _BuildTree(nullptr, nullptr, hfRoot, info, false);
 }
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "CountedKernel.h"
 #include "EngineStage.h"
 
@@ -125,9 +127,14 @@ TEST_P(BuildTreeCancelAtNode, EndsAtTheNextNodeWithAnUnfilledRootAndKeepsWhatWas
     run.ExpectUnfilledRoot();
     EXPECT_EQ(run.stage.asks, BeginOf(whole.stage.asks, run.stage.asks.size()));
     EXPECT_EQ(run.stage.GetMatched(), FindRecorded(run.stage.asks, passing));
+    const Names created = run.stage.GetCreated();
+    const Names matched = run.stage.GetMatched();
+    const Names createdInAll = whole.stage.GetCreated();
     if (!run.stage.filter.showSiblings) {
-      EXPECT_EQ(run.stage.GetCreated(), run.stage.GetMatched());
+      EXPECT_EQ(created, matched);
     }
+    EXPECT_TRUE(std::includes(created.begin(), created.end(), matched.begin(), matched.end()));
+    EXPECT_TRUE(std::includes(createdInAll.begin(), createdInAll.end(), created.begin(), created.end()));
   }
 }
 

@@ -276,6 +276,59 @@ TEST(BuildTreePasses, ReadLock_IsTakenAndReleasedBeforeTheLongReadAndAfterTheLas
   EXPECT_EQ(tree->log, (Names{"lock", "unlock", "lock", "ask", "visit", "ask", "ask", "visit", "unlock"}));
 }
 
+TEST(BuildTreePasses, SelectedInstances_AreReadOnceUnderTheLock)
+{
+  class Watched : public testsupport::ScriptedSelectionController {
+  public:
+    memkernel::ReadWriteLock* lock = nullptr;
+    std::vector<bool> readings;
+
+    void GetSelectedInstances(InstanceSet& out) override
+    {
+      readings.push_back(lock->IsReadByThisThread());
+      ScriptedSelectionController::GetSelectedInstances(out);
+    }
+  };
+  Stage stage("root[a b]");
+  const auto controller = du::MakeSmart<Watched>();
+  controller->lock = static_cast<memkernel::ReadWriteLock*>(stage.kernel.Get()->GetReadWriteLock());
+  stage.selection = controller;
+
+  stage.Build();
+
+  EXPECT_EQ(controller->readings, std::vector<bool>{true});
+}
+
+TEST(BuildTreePasses, HiddenPassThatIsNotForced_EndsItsSearchesAtAMatchAndRecordsNothing)
+{
+  Stage stage("root[a b[c d]]");
+  stage.filter.showSiblings = true;
+  stage.tree->isHiddenPassForced = false;
+  stage.Hide({});
+
+  stage.Build();
+
+  EXPECT_EQ(stage.GetHiddenRows(), "root[a b[c d]]");
+  EXPECT_EQ(stage.GetRows(), "root");
+  EXPECT_EQ(std::count(stage.asks.begin(), stage.asks.end(), "b'"), 0);
+  EXPECT_EQ(std::count(stage.asks.begin(), stage.asks.end(), "d'"), 0);
+  EXPECT_TRUE(stage.tree->IsFilteredTreeEmpty());
+  EXPECT_EQ(stage.GetCreated(), Names{});
+}
+
+TEST(BuildTreePasses, MatchesOfBothPasses_AreCountedOnce)
+{
+  Stage stage("root[a b c]");
+  stage.filter.showSiblings = true;
+  stage.Hide({"c"});
+  stage.LetThrough({"a", "b"});
+
+  stage.Build();
+
+  EXPECT_EQ(stage.GetMatched(), (Names{"a", "b", "root"}));
+  EXPECT_EQ(stage.tree->GetNumMatchedItems(), 3U);
+}
+
 TEST(BuildTreePasses, SelectedInstances_AreNotHeldByTheWorkerAloneWhenTheLockIsReleased)
 {
   Stage stage("root[a b]");

@@ -163,6 +163,20 @@ TEST(BuildTree, ShowSiblings_KeepsAllSiblingsOfAMatchAsCreatedItems)
   EXPECT_EQ(stage.GetFirst(), "m");
 }
 
+TEST(BuildTree, ShowSiblings_CountsEachMatchOnce)
+{
+  for (const char* const tree : {"root[a b c x]", "root[x a[b c] d]", "root[x[y a] b[c x]]"}) {
+    Stage stage(tree);
+    stage.filter.showSiblings = true;
+    stage.LetThrough({"a", "b", "c"});
+
+    stage.Build();
+
+    EXPECT_EQ(stage.GetMatched(), (Names{"a", "b", "c"})) << tree;
+    EXPECT_EQ(stage.tree->GetNumMatchedItems(), 3U) << tree;
+  }
+}
+
 TEST(BuildTree, ShowSiblings_BringsTheSiblingsAndNotTheirChildren)
 {
   Stage stage("root[m x[y z] w]");

@@ -26,6 +26,8 @@ using Names = std::vector<std::string>;
 class OpenTree : public guitree::FilteredTree {
 public:
   bool isForced = true;
+  /// Whether the hidden pass is forced where the other one is.
+  bool isHiddenPassForced = true;
   /// Has the last word on what the filter rejects; without a function nothing is let through after all.
   std::function<bool(const Instance& instance)> isRejectedToo;
   /// Runs when a judging begins.
@@ -57,7 +59,7 @@ protected:
     if (onJudging) {
       onJudging(hiddenPass);
     }
-    return isForced;
+    return isForced && (isHiddenPassForced || !hiddenPass);
   }
   [[nodiscard]] bool IsFilteredOutByAdditionalCheck(structure_utils::TreeFilterInfoBase& filter,
                                                     const Instance& instance) override

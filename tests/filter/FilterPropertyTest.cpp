@@ -130,6 +130,7 @@ void Compare(OpenTree& tree, const FilterModel& model)
     RC_ASSERT(Show(tree.hfRoot) == ShowRow(model.hiddenTree));
   }
   RC_ASSERT(MatchedOf(tree) == NamesOf(model.matched));
+  RC_ASSERT(tree.GetNumMatchedItems() == model.matched.size());
   RC_ASSERT(CreatedOf(tree) == NamesOf(model.created));
   const Node* const first = tree.GetFirstFilteredNode();
   RC_ASSERT((first ? first->instance : nullptr) == model.first);
