@@ -3,6 +3,8 @@
 #include <condition_variable>
 #include <mutex>
 
+#include "guitree/StructureFilteredTree.h"
+
 /// What workers and owner share. Jobs are numbered.
 class FilterHold::Gate {
 public:
@@ -49,7 +51,7 @@ private:
   unsigned int m_waiting = 0;
 };
 
-class FilterHold::Tree final : public guitree::FilteredTree {
+class FilterHold::Tree final : public guitree::StructureFilteredTree {
 public:
   explicit Tree(const std::shared_ptr<Gate>& gate) : m_gate(gate), m_job(gate->BeginJob()) {}
 
@@ -57,7 +59,7 @@ protected:
   /// The build holds the kernel's lock meanwhile.
   void AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched) override
   {
-    FilteredTree::AddMatchedFilterItem(instance, matched);
+    StructureFilteredTree::AddMatchedFilterItem(instance, matched);
     if (matched) {
       m_gate->Wait(m_job);
     }

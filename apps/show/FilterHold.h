@@ -20,7 +20,7 @@ public:
 
   /// Whether jobs that are begun from now on wait. Turned off, those that wait go on.
   void SetOn(bool on);
-  /// The tree for the next job, which the caller owns; null, for a plain one, while it need not wait. The jobs before
+  /// The tree for the next job, which the caller owns; null, for any other, while it need not wait. The jobs before
   /// it are not waited for any more.
   [[nodiscard]] guitree::FilteredTree* MakeTree();
   /// The jobs that have been begun go on; the next one waits.

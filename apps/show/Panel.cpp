@@ -51,7 +51,11 @@ public:
   ~State() override { _DetachStatusLookups(); }
 
   [[nodiscard]] bool GetDisplayRoot() override { return true; }
-  [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override { return m_hold.MakeTree(); }
+  [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override
+  {
+    guitree::FilteredTree* const tree = m_hold.MakeTree();
+    return tree ? tree : StructureTreeState::CreateFilteredTree();
+  }
 
 private:
   FilterHold& m_hold;

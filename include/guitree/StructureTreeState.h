@@ -33,6 +33,8 @@ public:
   /// False: the root holds what is shown, and is no match of its own. A filter spares it, and so every child of the
   /// root stays in the panel. A host whose root is an assembly like any other overrides this.
   [[nodiscard]] bool GetDisplayRoot() override;
+  /// A `StructureFilteredTree`; that of a derived state should be derived from it.
+  [[nodiscard]] FilteredTree* CreateFilteredTree() override;
   /// Whether the current filter asks for the list and filters at all. False for a filter of another class than
   /// `zelremote::StructureFilterInfo`, which a derived state may have.
   [[nodiscard]] bool IsDoingFilterAsList() override;
@@ -93,6 +95,8 @@ public:
 
 protected:
   /// Replaces the walk: a list, and a filter that nothing has passed, show the root's row at the most before their own.
+  /// The depth of the tree costs 96 bytes of stack a level with GCC on x86-64, both frames together, which is some
+  /// 80,000 levels on a stack of 8 MB, and 144 bytes under AddressSanitizer.
   void _VisitFilteredTreeNode(FilteredTree::Node* node,
                               const du::SmartPtr<TreeSelectionController>& selController) override;
   /// What the destructor does about statuses. The destructor of every derived class calls it first: a filter at work

@@ -1,5 +1,6 @@
 #include "zelremote/StructureFilterInfo.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -23,12 +24,6 @@ bool IsPart(const zelk::BaseInstance& instance)
   }
   const auto* part = zelk::AsInstance(&instance);
   return part ? !part->HasNoneBodyChildren() : !instance.HasChildren();
-}
-
-bool IsOnList(const du::SmartPtr<zelk::BaseInstance>& instance,
-              const du::SmartPtr<structure_utils::TreeResultsList>& list)
-{
-  return list && list->GetInstances().contains(instance);
 }
 
 bool HasVisibility(const du::ConstSmartPtr<zelk::Instance>& instance, const du::SmartPtr<zelk::ShapeScene>& scene,
@@ -97,8 +92,7 @@ bool StructureFilterInfo::IsFiltering(bool countHiddenBodies) const
 
 bool StructureFilterInfo::IsHiddenFilter(bool hiddenOnly) const
 {
-  const bool takesSiblings = m_showSiblings && listMode != 1;
-  return _IsHiding() && (!_HasCriterion() || (!hiddenOnly && takesSiblings));
+  return _IsHiding() && (!_HasCriterion() || (!hiddenOnly && m_showSiblings));
 }
 
 bool StructureFilterInfo::IsFilteringBase(bool countHiddenBodies) const
@@ -268,11 +262,28 @@ bool StructureFilterInfo::_HasAllInFields(const zelk::BaseInstance& instance)
   return false;
 }
 
+bool StructureFilterInfo::_HasSiblingAmong(const zelk::BaseInstance& instance, const Instances& instances)
+{
+  const auto* const part = zelk::AsInstance(&instance);
+  if (!part || !part->IsFirstMultiInstancedSibling()) {
+    return false;
+  }
+  part->GetAllMultiInstancedSibling(m_siblings);
+  const bool isFound = std::any_of(m_siblings.begin(), m_siblings.end(),
+                                   [&](const auto& sibling) { return instances.contains(sibling); });
+  m_siblings.clear();
+  return isFound;
+}
+
 bool StructureFilterInfo::_MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance,
-                                     const du::RefCounted* additionalInfo) const
+                                     const du::RefCounted* additionalInfo)
 {
   const auto* info = dynamic_cast<const TreeFilterAdditionalInfo*>(additionalInfo);
-  if (!info || (useResultsList && !IsOnList(instance, info->GetResultsList()))) {
+  if (!info) {
+    return false;
+  }
+  const auto& list = info->GetResultsList();
+  if (useResultsList && (!list || !_StandsForOneOf(instance, list->GetInstances()))) {
     return false;
   }
   if (!_HasViewCriterion()) {

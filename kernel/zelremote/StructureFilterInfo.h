@@ -33,8 +33,9 @@ namespace zelremote {
 /// there is no info, is met by nothing: nobody is visible in no scene, and a list that has not come yet holds nothing.
 ///
 /// Apart from these it hides: bodies (`hideBodies`), and all but the first of siblings that show the same product
-/// (`collapseInstances`), each with everything below it. In the tree presentation what is hidden does not come along as
-/// a sibling either.
+/// (`collapseInstances`), each with everything below it. What is hidden does not come along as a sibling either. The
+/// first sibling stands for the others while they are hidden: it is selected, and on the results list, as soon as one
+/// of them is.
 ///
 /// What the questions to the filter answer. "Criteria" are those above, "view criteria" visibility and issues:
 ///
@@ -45,7 +46,7 @@ namespace zelremote {
 /// | `IsFilteringBase(false)`              | any criterion but the view criteria is on, or `collapseInstances` |
 /// | `IsFilteringBase(true)`               | that, or `hideBodies` |
 /// | `IsHiddenFilter(true)`                | it hides anything, and no criterion is on |
-/// | `IsHiddenFilter(false)`               | that, or it hides anything, shows siblings and `listMode` is not 1 |
+/// | `IsHiddenFilter(false)`               | that, or it hides anything and shows siblings |
 /// | `IsFilteringUsingView()`              | a view criterion is on |
 /// | `IsFilteredOut`, hidden pass          | the instance is hidden |
 /// | `IsFilteredOut`, other pass           | the instance is hidden, or does not meet the criteria |
@@ -54,9 +55,8 @@ namespace zelremote {
 /// | `GetFilteringColumns()`               | there is text to look for, in properties |
 /// | `GetFilteringParts()`, `Bodies`, `Sel`, `Vis`, `Issues` | that criterion is on |
 ///
-/// A pass for what is hidden records what it leaves as matches, so it is asked for only where one pass cannot do: where
-/// nothing else is filtered, and where the siblings of a match come along unjudged, hidden ones too. The list
-/// presentation shows matches alone.
+/// A pass for what is hidden is asked for only where one pass cannot do: where nothing else is filtered, and where the
+/// siblings of a match come along unjudged, hidden ones too.
 ///
 /// In the hidden pass itself nothing may come along unjudged, hence the answer of `GetShowSiblings`. The pass under way
 /// is that of the last `IsFilteredOut`: in each pass a run asks about the top of the tree before it asks for siblings.
@@ -192,9 +192,16 @@ private:
                                     const du::RefCounted* additionalInfo)
   {
     // The cheapest first.
-    return _MeetsKind(*instance) && (!m_selectedOnly || selected.contains(instance)) && _MeetsText(*instance)
+    return _MeetsKind(*instance) && (!m_selectedOnly || _StandsForOneOf(instance, selected)) && _MeetsText(*instance)
            && ((!useResultsList && !_HasViewCriterion()) || _MeetsInfo(instance, additionalInfo));
   }
+  /// Whether the instance is among these, or one that it stands for.
+  [[nodiscard]] bool _StandsForOneOf(const du::SmartPtr<zelk::BaseInstance>& instance, const Instances& instances)
+  {
+    return instances.contains(instance)
+           || (collapseInstances && !instances.empty() && _HasSiblingAmong(*instance, instances));
+  }
+  [[nodiscard]] bool _HasSiblingAmong(const zelk::BaseInstance& instance, const Instances& instances);
   [[nodiscard]] bool _MeetsKind(const zelk::BaseInstance& instance) const
   {
     return (!m_partsOnly && !m_bodiesOnly) || _IsOfKind(instance);
@@ -211,8 +218,7 @@ private:
   }
   [[nodiscard]] bool _HasAllIn(const du::Symbol& name);
   [[nodiscard]] bool _HasAllInFields(const zelk::BaseInstance& instance);
-  [[nodiscard]] bool _MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance,
-                                const du::RefCounted* additionalInfo) const;
+  [[nodiscard]] bool _MeetsInfo(const du::SmartPtr<zelk::BaseInstance>& instance, const du::RefCounted* additionalInfo);
   [[nodiscard]] bool _MeetsView(const du::ConstSmartPtr<zelk::Instance>& instance,
                                 const structure_utils::TreeFilterAdditionalInfo& info) const;
 
@@ -237,6 +243,7 @@ private:
   NameVerdicts m_verdicts;
   /// Kept for its memory.
   std::string m_value;
+  std::vector<du::SmartPtr<zelk::Instance>> m_siblings;
   HiddenBranches m_hiddenBranches;
   Pass m_pass;
 };

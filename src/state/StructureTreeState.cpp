@@ -9,6 +9,7 @@
 #include "guitree/GuiInterface.h"
 #include "guitree/GuiTree.h"
 #include "guitree/SceneInfoLog.h"
+#include "guitree/StructureFilteredTree.h"
 #include "guitree/TypeIcon.h"
 #include "state/StructureFilterInfos.h"
 #include "zelremote/StructureFilterInfo.h"
@@ -130,6 +131,11 @@ void StructureTreeState::_TellOfFirstFilter(const du::SmartPtr<zelk::View>& view
   }
   const FlagScope telling(m_isTellingOfFilter);
   gui->UpdateQuickSearchResults(false, view, true);
+}
+
+FilteredTree* StructureTreeState::CreateFilteredTree()
+{
+  return std::make_unique<StructureFilteredTree>().release();
 }
 
 zelremote::StructureFilterInfo* StructureTreeState::GetStructureFilter()

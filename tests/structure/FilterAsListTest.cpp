@@ -325,7 +325,7 @@ TEST_F(FilterAsList, ListsTheSiblingsThatComeAlongWithAMatch)
 }
 
 /// Two passes of a filter of another class, whose first one leaves what is not hidden among the created items.
-TEST_F(FilterAsList, AfterTwoPasses_ListsWhatTheFirstOneHasLeft)
+TEST_F(FilterAsList, AfterTwoPasses_ListsWhatTheSecondOneHasLeft)
 {
   class TwoPasses : public structuretest::OpenStructureState {
   public:
@@ -349,8 +349,7 @@ TEST_F(FilterAsList, AfterTwoPasses_ListsWhatTheFirstOneHasLeft)
   state->PopulateTree(false);
   stage.Finish();
 
-  EXPECT_THAT(stage.TakeRows(),
-              UnorderedElementsAre("null/root", "root/plate", "root/nut1", "root/bolt", "root/frame", "root/nut2"));
+  EXPECT_THAT(stage.TakeRows(), ElementsAre("null/root", "root/bolt"));
 }
 
 }  // namespace

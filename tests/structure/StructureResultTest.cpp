@@ -62,6 +62,25 @@ TEST(StructureResult, OfWhichTheRootAloneIsAMatch_IsTheRowOfTheRootWhichIsInNoSe
   EXPECT_TRUE(stage.state->IsFilteredTreeContainItem(stage.kernel["root"]));
 }
 
+TEST(StructureResult, OfADeepTree_HasARowForEachLevel)
+{
+  constexpr std::size_t depth = 10000;
+  StructureStage stage;
+  const auto tree = du::MakeSmart<memkernel::Tree>();
+  const auto product = tree->CreateProduct({.name = "part"});
+  auto leaf = tree->CreateRoot(product);
+  for (std::size_t level = 2; level < depth; ++level) {
+    leaf = tree->AddChild(leaf, product);
+  }
+  leaf = tree->AddChild(leaf, tree->CreateProduct({.name = "nut"}));
+  stage.gui->SetBaseTree(tree);
+
+  stage.Show("nut");
+
+  EXPECT_EQ(stage.TakeRows().size(), depth);
+  EXPECT_TRUE(stage.state->GetNotFilteredSet().contains(leaf.Get()));
+}
+
 TEST(StructureResult, WithoutAMatch_ShowsNoHighlightOnTheRow)
 {
   StructureStage stage;

@@ -43,7 +43,7 @@ public:
 
   /// What was passed as `keepExpanded`, for each population.
   std::vector<bool> populations;
-  /// Without it filtered trees are plain ones.
+  /// In place of the state itself.
   std::function<guitree::FilteredTree*()> makeFilteredTree;
   /// A controller in place of that of the world.
   du::SmartPtr<testsupport::ScriptedSelectionController> selController;
@@ -55,7 +55,7 @@ public:
   }
   [[nodiscard]] guitree::FilteredTree* CreateFilteredTree() override
   {
-    return makeFilteredTree ? makeFilteredTree() : nullptr;
+    return makeFilteredTree ? makeFilteredTree() : StructureTreeState::CreateFilteredTree();
   }
   [[nodiscard]] du::SmartPtr<guitree::TreeSelectionController> GetSelController(bool forRows) const override
   {

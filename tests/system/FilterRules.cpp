@@ -101,7 +101,7 @@ private:
   [[nodiscard]] bool _HasHiddenPass() const
   {
     const bool hides = m_settings.hideBodies || m_settings.collapse;
-    return hides && (!m_settings.HasCriterion() || (m_settings.siblings && !m_settings.list));
+    return hides && (!m_settings.HasCriterion() || m_settings.siblings);
   }
   [[nodiscard]] bool _BringsSiblings(bool hiddenPass) const { return m_settings.siblings && !hiddenPass; }
 
@@ -144,7 +144,7 @@ private:
   bool _Ask(const BasePtr& instance, bool hiddenPass)
   {
     const bool isMatch = !_IsHidden(instance) && (hiddenPass || _MeetsCriteria(instance));
-    if (isMatch) {
+    if (isMatch && (!hiddenPass || !m_settings.HasCriterion())) {
       m_result.matched.insert(instance);
       m_result.created.insert(instance);
     }
@@ -176,16 +176,27 @@ private:
     if ((m_settings.parts || m_settings.bodies) && !(m_settings.parts && isPart) && !(m_settings.bodies && isBody)) {
       return false;
     }
-    if (m_settings.selected && !m_selected.contains(instance)) {
+    if (m_settings.selected && !_StandsForOneOf(instance, m_selected)) {
       return false;
     }
     if (!m_settings.text.empty() && ToLower(instance->GetObjectName()).find(m_settings.text) == std::string::npos) {
       return false;
     }
-    if (m_settings.useResults && !(m_run.results && m_run.results->contains(instance))) {
+    if (m_settings.useResults && !(m_run.results && _StandsForOneOf(instance, *m_run.results))) {
       return false;
     }
     return _MeetsVisibility(part) && (!m_settings.issues || HasIssue(part, m_run.scene));
+  }
+  /// The first of equal siblings does while the others are hidden.
+  [[nodiscard]] bool _StandsForOneOf(const BasePtr& instance, const std::set<BasePtr>& instances) const
+  {
+    std::vector<du::SmartPtr<zelk::Instance>> group;
+    if (m_settings.collapse && AsPart(instance).IsFirstMultiInstancedSibling()) {
+      AsPart(instance).GetAllMultiInstancedSibling(group);
+    }
+    return instances.contains(instance) || std::any_of(group.begin(), group.end(), [&instances](const auto& sibling) {
+             return instances.contains(sibling);
+           });
   }
   [[nodiscard]] bool _MeetsVisibility(const zelk::Instance& part) const
   {

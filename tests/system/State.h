@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "guitree/FilteredTree.h"
+#include "guitree/StructureFilteredTree.h"
 #include "guitree/StructureTreeState.h"
 
 namespace systemtest {
@@ -23,7 +23,7 @@ public:
   std::function<void()> onQuestion;
 
 private:
-  class Tree final : public guitree::FilteredTree {
+  class Tree final : public guitree::StructureFilteredTree {
   public:
     explicit Tree(State& state) : m_state(state) {}
 
@@ -33,7 +33,7 @@ private:
       if (m_state.onQuestion) {
         std::exchange(m_state.onQuestion, nullptr)();
       }
-      return FilteredTree::ForceCheckFilteringForAllItems(hiddenPass);
+      return StructureFilteredTree::ForceCheckFilteringForAllItems(hiddenPass);
     }
 
   private:

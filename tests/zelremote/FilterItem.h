@@ -42,6 +42,8 @@ public:
   bool isBody = false;
   bool isSibling = false;
   bool isFirstSibling = false;
+  /// Equal siblings have the same one; 0 is alone.
+  int siblingGroup = 0;
   std::map<std::pair<std::string, std::string>, du::SmartPtr<zelk::PropertyValue>> properties;
   FilterItem* parent = nullptr;
   std::vector<du::SmartPtr<FilterItem>> children;
@@ -63,6 +65,7 @@ public:
   {
     FilterItem* sibling = Add(childName);
     sibling->isSibling = true;
+    sibling->siblingGroup = 1;
     sibling->isFirstSibling = isFirst;
     return sibling;
   }
@@ -75,6 +78,18 @@ public:
   bool IsBodyInstance() const override { return isBody; }
   bool IsMultiInstancedSibling() const override { return isSibling; }
   bool IsFirstMultiInstancedSibling() const override { return isFirstSibling; }
+  void GetAllMultiInstancedSibling(std::vector<du::SmartPtr<zelk::Instance>>& out) const override
+  {
+    out.clear();
+    if (!parent || siblingGroup == 0) {
+      return;
+    }
+    for (const auto& child : parent->children) {
+      if (child->siblingGroup == siblingGroup) {
+        out.emplace_back(child.Get());
+      }
+    }
+  }
   bool HasChildren() const override { return !children.empty(); }
   bool HasNoneBodyChildren() const override
   {

@@ -110,19 +110,44 @@ TEST_F(StructureFilterHiding, ABodyThatIsLookedFor_IsNotFoundWhereBodiesAreHidde
   EXPECT_EQ(GetPassing(run, filter, car.Get()), Names{});
 }
 
-TEST_F(StructureFilterHiding, TheListPresentation_NeedsNoHiddenPassForSiblings)
+TEST_F(StructureFilterHiding, SiblingsNeedAHiddenPassInEachPresentation)
 {
   filter.SetText("wheel");
-  filter.SetShowSiblings(true);
   filter.hideBodies = true;
-  EXPECT_TRUE(filter.IsHiddenFilter(false));
-  EXPECT_FALSE(filter.IsHiddenFilter(true));
-
-  filter.listMode = 1;
   EXPECT_FALSE(filter.IsHiddenFilter(false));
 
-  filter.listMode = 2;
-  EXPECT_TRUE(filter.IsHiddenFilter(false));
+  filter.SetShowSiblings(true);
+  for (const int listMode : {0, 1, 2}) {
+    filter.listMode = listMode;
+    EXPECT_TRUE(filter.IsHiddenFilter(false)) << listMode;
+    EXPECT_FALSE(filter.IsHiddenFilter(true)) << listMode;
+  }
+}
+
+TEST_F(StructureFilterHiding, SelectedSiblingThatIsHidden_IsFoundAsTheFirst)
+{
+  run.selected = {car->children[2]};
+  filter.SetSelectedOnly(true);
+  filter.collapseInstances = true;
+
+  EXPECT_EQ(GetPassing(run, filter, car.Get()), Names{"wheel 1"});
+}
+
+TEST_F(StructureFilterHiding, SelectedSiblingThatIsNotHidden_IsFoundItself)
+{
+  run.selected = {car->children[2]};
+  filter.SetSelectedOnly(true);
+
+  EXPECT_EQ(GetPassing(run, filter, car.Get()), Names{"wheel 2"});
+}
+
+TEST_F(StructureFilterHiding, ResultThatIsAHiddenSibling_IsFoundAsTheFirst)
+{
+  run.results = {car->children[3]};
+  filter.useResultsList = true;
+  filter.collapseInstances = true;
+
+  EXPECT_EQ(GetPassing(run, filter, car.Get()), Names{"wheel 1"});
 }
 
 TEST_F(StructureFilterHiding, ADuplicate_AnswersLikeItsOriginal)

@@ -108,7 +108,7 @@ struct Expectation {
     isBaseWithBodies = !kernelCriteria.empty() || hides > 0;
     isHiddenTheWholeFilter = hides > 0 && criteria == 0;
     hasHiddenPass = isHiddenTheWholeFilter;
-    if (hides > 0 && s.siblings && s.listMode != 1) {
+    if (hides > 0 && s.siblings) {
       hasHiddenPass = true;
     }
   }

@@ -9,6 +9,7 @@
 
 #include <QAbstractItemModelTester>
 
+#include "guitree/StructureFilteredTree.h"
 #include "guitree/StructureTreeState.h"
 #include "hostcheck/ProtocolChecker.h"
 #include "memkernel/World.h"
@@ -39,14 +40,14 @@ public:
   std::function<void()> onMatch;
 
 private:
-  class Tree final : public guitree::FilteredTree {
+  class Tree final : public guitree::StructureFilteredTree {
   public:
     explicit Tree(PanelState& state) : m_state(state) {}
 
   protected:
     void AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched) override
     {
-      FilteredTree::AddMatchedFilterItem(instance, matched);
+      StructureFilteredTree::AddMatchedFilterItem(instance, matched);
       if (matched && m_state.onMatch) {
         std::exchange(m_state.onMatch, nullptr)();
       }

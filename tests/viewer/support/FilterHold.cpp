@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "guitree/StructureFilteredTree.h"
 #include "guitree/StructureTreeState.h"
 #include "hostcheck/ProtocolChecker.h"
 
@@ -74,14 +75,14 @@ private:
   bool m_isLetGo = false;
 };
 
-class FilterHold::Tree final : public guitree::FilteredTree {
+class FilterHold::Tree final : public guitree::StructureFilteredTree {
 public:
   explicit Tree(const std::shared_ptr<Gate>& gate) : m_gate(gate) {}
 
 protected:
   void AddMatchedFilterItem(const du::SmartPtr<zelk::BaseInstance>& instance, bool matched) override
   {
-    FilteredTree::AddMatchedFilterItem(instance, matched);
+    StructureFilteredTree::AddMatchedFilterItem(instance, matched);
     if (matched) {
       m_gate->Wait();
     }
