@@ -31,7 +31,7 @@ protected:
     Add(set, "nut");
     cover = Add(root, "cover");
     host.SetPanel(gui.Get());
-    gui->SetGuiInterface(&checker);
+    gui->SetGuiInterface(first);
     gui->SetTreeState(state);
     gui->Initialise(world);
   }
@@ -67,6 +67,12 @@ protected:
     state->PopulateTree(false);
   }
 
+  void SwitchOff() const
+  {
+    state->filter.isFiltering = false;
+    state->PopulateTree(false);
+  }
+
   /// Filters that are begun from now on stop at the first instance, until they are let go.
   void Hold()
   {
@@ -93,11 +99,20 @@ protected:
     world->GetLoop().RunDue();
   }
 
+  /// What the host shows without a filter.
+  static constexpr const char* s_everything =
+      "root\n"
+      "|- set\n"
+      "|  |- bolt\n"
+      "|  `- nut\n"
+      "`- cover\n";
+
   [[nodiscard]] std::string Text() const { return hosttest::TextOf(host, {.ascii = true}); }
 
   const du::SmartPtr<memkernel::World> world = du::MakeSmart<memkernel::World>(1U);
   texthost::TextHost host;
   hostcheck::ProtocolChecker checker{&host};
+  guitree::GuiInterface* first = &checker;
   const du::SmartPtr<guitree::GuiTree> gui = du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject());
   const du::SmartPtr<testsupport::ScriptedWorldTreeState> state =
       du::MakeSmart<testsupport::ScriptedWorldTreeState>(*gui);
@@ -152,15 +167,9 @@ TEST_F(TextHostFilterJob, SwitchedOff_LeavesNoLineBehind)
   Begin({});
   Finish();
 
-  state->filter.isFiltering = false;
-  state->PopulateTree(false);
+  SwitchOff();
 
-  EXPECT_EQ(Text(),
-            "root\n"
-            "|- set\n"
-            "|  |- bolt\n"
-            "|  `- nut\n"
-            "`- cover\n");
+  EXPECT_EQ(Text(), s_everything);
 }
 
 TEST_F(TextHostFilterJob, Cancelled_ShowsTheTopWithAPlaceholder)
@@ -251,6 +260,46 @@ TEST_F(TextHostFilterJob, WithoutItsPanel_TheHostOpensNothingAndKnowsOfNoEmptyRe
   EXPECT_EQ(Text(), "root\n");
   EXPECT_FALSE(host.Expand(*root));
   host.SetPanel(gui.Get());
+}
+
+/// Without the checker, to which a row that comes twice is a violation.
+class TextHostLateResult : public TextHostFilterJob {
+protected:
+  TextHostLateResult() { first = &host; }
+};
+
+TEST_F(TextHostLateResult, LeavesTheRowsWhereTheyStand)
+{
+  Begin({"bolt"});
+  SwitchOff();
+
+  Finish();
+
+  EXPECT_EQ(Text(), s_everything);
+}
+
+TEST_F(TextHostLateResult, WithoutAMatch_IsNoneOfAFilterThatIsOn)
+{
+  Begin({});
+  SwitchOff();
+
+  Finish();
+
+  EXPECT_EQ(Text(), s_everything);
+}
+
+TEST_F(TextHostLateResult, OfACancelledJob_LeavesNothingToOpen)
+{
+  Hold();
+  Begin({"bolt"});
+  WaitUntilOneIsHeld();
+  host.CancelFilter();
+  SwitchOff();
+
+  Finish();
+
+  EXPECT_FALSE(host.HasPlaceholder(*root));
+  EXPECT_EQ(Text(), s_everything);
 }
 
 TEST(FilterProgress, Line_TellsThePercentageUpToAHundred)

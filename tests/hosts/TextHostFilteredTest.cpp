@@ -162,6 +162,41 @@ TEST_F(TextHostFiltered, RowsOfAnOpenedPlaceholder_StandWhereTheirNodesStand)
             "└─ d\n");
 }
 
+TEST_F(TextHostFiltered, NodeOfARowThatIsThere_LeavesItWhereItStands)
+{
+  for (const Instance& instance : {root, a, b, c}) {
+    hosttest::Create(host, instance);
+  }
+
+  Show(rootNode);
+  Show(Add(rootNode, c));
+  Show(Add(rootNode, a));
+
+  EXPECT_EQ(TextOf(host),
+            "root\n"
+            "├─ a\n"
+            "├─ b\n"
+            "└─ c\n");
+}
+
+TEST_F(TextHostFiltered, NodeOfARowUnderAnotherParent_TakesItThere)
+{
+  for (const Instance& instance : {root, a, b, c}) {
+    hosttest::Create(host, instance);
+  }
+
+  Show(rootNode);
+  auto* nodeC = Add(rootNode, c);
+  Show(nodeC);
+  Show(Add(nodeC, a));
+
+  EXPECT_EQ(TextOf(host),
+            "root\n"
+            "├─ b\n"
+            "└─ c\n"
+            "   └─ a\n");
+}
+
 TEST_F(TextHostFiltered, PlaceholderOfANodeWithoutARow_IsPassedOver)
 {
   host.FilterNodeCreate(rootNode);

@@ -60,13 +60,17 @@ public:
   }
   void Create(const Instance& instance, bool isSelected, bool isHighlighted)
   {
-    Remove(instance);
-    rows.push_back({.instance = instance,
-                    .name = std::string(instance->objectName),
-                    .visible = showsScene ? "[ ]" : "   ",
-                    .icon = std::nullopt,
-                    .isSelected = isSelected,
-                    .isHighlighted = isHighlighted});
+    const Row row{.instance = instance,
+                  .name = std::string(instance->objectName),
+                  .visible = showsScene ? "[ ]" : "   ",
+                  .icon = std::nullopt,
+                  .isSelected = isSelected,
+                  .isHighlighted = isHighlighted};
+    if (Row* const known = Find(instance)) {
+      *known = row;
+    } else {
+      rows.push_back(row);
+    }
   }
   void Clear()
   {

@@ -147,6 +147,34 @@ TEST_F(TextHostList, RowsOfAResult_KeepTheOrderInWhichTheyCome)
   EXPECT_EQ(GetOrder(), "root e c b a ");
 }
 
+TEST_F(TextHostList, ARowThatComesAgain_StaysWhereItStandsInTheList)
+{
+  ShowList();
+
+  host.InstanceCreate(kernel["c"], kernel["root"], {}, false);
+
+  EXPECT_EQ(GetOrder(), "root e c b a ");
+}
+
+TEST_F(TextHostList, ALateResult_LeavesTheRowsBesideItWhereTheyStandAndTakesTheOthersThere)
+{
+  Create(kernel["b"]);
+  for (const auto* name : {"c", "d"}) {
+    Create(kernel[name]);
+  }
+  ASSERT_EQ(GetOrder(), "root a b c d e ");
+
+  host.SetTreeCalculating(false);
+  host.StartTreeUpdate();
+  for (const auto* name : {"e", "d", "a", "c"}) {
+    host.InstanceCreate(kernel[name], kernel["root"], {}, false);
+  }
+  host.RestoreExpandedAfterPopulate();
+  host.FinishTreeUpdate();
+
+  EXPECT_EQ(GetOrder(), "root a b e d c ");
+}
+
 TEST_F(TextHostList, ARowThatGoes_LeavesThoseBesideItThatStandBelowItInTheKernel)
 {
   ShowList();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <algorithm>
 #include <list>
 #include <string>
 #include <vector>
@@ -19,13 +20,20 @@ class Model {
 public:
   void Create(const TestInstance& instance)
   {
-    Branch branch = _Take(m_top, instance);
-    branch.instance = &instance;
     Branch* place = nullptr;
     for (const TestInstance* above = instance.parent; above && !place; above = above->parent) {
       place = _Find(m_top, *above);
     }
-    (place ? *place : m_top).children.push_back(std::move(branch));
+    place = place ? place : &m_top;
+    const auto& beside = place->children;
+    const bool isThere =
+        std::any_of(beside.begin(), beside.end(), [&](const Branch& branch) { return branch.instance == &instance; });
+    if (isThere) {
+      return;
+    }
+    Branch branch = _Take(m_top, instance);
+    branch.instance = &instance;
+    place->children.push_back(std::move(branch));
   }
 
   void Remove(const TestInstance& instance) { static_cast<void>(_Take(m_top, instance)); }

@@ -107,18 +107,19 @@ TEST_F(TextHostRows, SecondCreate_UpdatesAndMovesTheRowWithItsBranch)
   EXPECT_EQ(host.GetRowCount(), 4U);
 }
 
-TEST_F(TextHostRows, SecondCreate_UnderTheSameParent_MakesTheRowTheLast)
+TEST_F(TextHostRows, SecondCreate_UnderTheSameParent_UpdatesTheRowWhereItStands)
 {
   Create(host, plate);
   Create(host, bolt);
   Create(host, nut);
+  bolt->objectName = "screw";
 
   Create(host, bolt);
 
   EXPECT_EQ(TextOf(host),
             "plate\n"
-            "├─ nut\n"
-            "└─ bolt\n");
+            "├─ screw\n"
+            "└─ nut\n");
 }
 
 TEST_F(TextHostRows, SecondCreate_UnderARowOfItsOwnBranch_LeavesTheRowWhereItIs)

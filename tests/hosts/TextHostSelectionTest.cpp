@@ -118,8 +118,8 @@ TEST_F(TextHostSelection, RowThatComesAgain_IsReadAnew)
 
   EXPECT_EQ(Text(),
             "   root\n"
-            "   |- nut\n"
-            "   `- bolt\n");
+            "   |- bolt\n"
+            "   `- nut\n");
 }
 
 TEST_F(TextHostSelection, RemovedRow_TakesItsMarksAlong)

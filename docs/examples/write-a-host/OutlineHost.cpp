@@ -60,9 +60,15 @@ OutlineHost::Identity OutlineHost::FindParentRow(du::SmartPtr<zelk::BaseInstance
 
 void OutlineHost::Place(const zelk::BaseInstance& instance, Identity parent)
 {
-  LeaveParent(&instance);
-  Row& row = m_rows[&instance];
+  const auto [found, isNew] = m_rows.try_emplace(&instance);
+  Row& row = found->second;
   row.name = instance.GetObjectName();
+  if (!isNew && row.parent == parent) {
+    return;
+  }
+  if (!isNew) {
+    LeaveParent(&instance);
+  }
   row.parent = parent;
   m_rows[parent].children.push_back(&instance);
 }

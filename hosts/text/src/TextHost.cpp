@@ -96,19 +96,19 @@ void TextHost::FinishTreeUpdate()
 {
   if (m_depth > 0 && --m_depth == 0) {
     m_above.clear();
-    m_isFilling = false;
+    m_coming = Coming::Singly;
   }
 }
 
 void TextHost::ClearTree()
 {
   _Clear();
-  m_isFilling = m_depth > 0;
+  m_coming = m_depth > 0 ? Coming::Refill : Coming::Singly;
 }
 
 void TextHost::RestoreExpandedAfterPopulate()
 {
-  m_isFilling = false;
+  m_coming = Coming::Singly;
 }
 
 void TextHost::Reset()
@@ -125,7 +125,7 @@ void TextHost::InstanceCreate(guitree::FilteredTree::Node* node,
   _Begin(row, controller, assocHlight);
   if (node->parent && parent.instance == node->parent->instance) {
     const auto* last = node->parent->lastChild;
-    parent.hasPlaceholder = last && !last->instance;
+    _SetPlaceholder(parent, last && !last->instance);
   }
 }
 
@@ -134,7 +134,7 @@ void TextHost::InstanceCreate(const du::SmartPtr<zelk::BaseInstance>& instance,
                               const du::SmartPtr<guitree::TreeSelectionController>& controller, bool assocHlight)
 {
   Row& above = _FindRowAbove(parent);
-  Row* next = m_isFilling ? nullptr : _FindNextRow(*instance, above);
+  Row* next = m_coming == Coming::Singly ? _FindNextRow(*instance, above) : nullptr;
   _Begin(_Place(instance, above, next), controller, assocHlight);
 }
 
@@ -149,7 +149,7 @@ void TextHost::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& instance,
 void TextHost::FilterNodeCreate(guitree::FilteredTree::Node* node)
 {
   if (Row* row = _FindRow(node ? node->instance : nullptr)) {
-    row->hasPlaceholder = true;
+    _SetPlaceholder(*row, true);
   }
 }
 
@@ -162,15 +162,22 @@ du::SmartPtr<zelk::ProgressCtrl> TextHost::CreateFilterProgressCtrl(const du::Sm
 void TextHost::SetTreeCalculating(bool calculating)
 {
   m_isCalculating = calculating;
-  m_isFilling = m_isFilling || !calculating;
+  if (!calculating && m_coming == Coming::Singly) {
+    m_coming = m_rows.empty() ? Coming::Refill : Coming::OnTop;
+  }
+}
+
+void TextHost::PostProcessingComplete()
+{
+  m_note = m_coming == Coming::OnTop ? Note::None : _FindNote();
+  m_progress.Reset();
 }
 
 // A cancelled job has a result like any other, which alone does not tell.
-void TextHost::PostProcessingComplete()
+TextHost::Note TextHost::_FindNote() const
 {
   const bool isCancelled = m_progress && m_progress->IsCancelled();
-  m_note = isCancelled ? Note::Cancelled : _HasEmptyResult() ? Note::NoMatch : Note::None;
-  m_progress.Reset();
+  return isCancelled ? Note::Cancelled : _HasEmptyResult() ? Note::NoMatch : Note::None;
 }
 
 bool TextHost::_HasEmptyResult() const
@@ -253,20 +260,24 @@ TextHost::Row* TextHost::_FindNextRow(const zelk::BaseInstance& instance, const 
 TextHost::Row& TextHost::_Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next)
 {
   Row& row = m_rows[instance.Get()];
-  if (row.instance) {
-    if (row.parent != &parent && IsInBranch(&parent, row)) {
-      return row;
-    }
-    next = next == &row ? row.next : next;
-    Unlink(row);
-  }
-  row.instance = instance;
   row.hasPlaceholder = false;
-  Link(row, parent, next);
-  if (m_above.contains(instance.Get())) {
-    m_above.clear();
+  if (!row.instance) {
+    row.instance = instance;
+    Link(row, parent, next);
+    if (m_above.contains(instance.Get())) {
+      m_above.clear();
+    }
+  } else if (row.parent != &parent && !IsInBranch(&parent, row)) {
+    Unlink(row);
+    Link(row, parent, next);
   }
   return row;
+}
+
+// What comes on top of rows leaves nothing out.
+void TextHost::_SetPlaceholder(Row& row, bool isOn) const
+{
+  row.hasPlaceholder = isOn && m_coming != Coming::OnTop;
 }
 
 void TextHost::_Erase(Row& top)

@@ -50,7 +50,8 @@ struct RowText {
 /// A host that keeps the rows it is told of and prints them as an indented tree: for terminals and scripts, and as an
 /// example for those who write a host. It has what every host needs:
 ///
-/// - Rows are known by their instances. A second `InstanceCreate` updates and moves the row.
+/// - Rows are known by their instances. A second `InstanceCreate` updates the row where it stands, and moves it if it
+///   belongs under another row.
 /// - A row whose parent has none, since it is hidden, goes under the nearest ancestor that has one, or to the top.
 /// - Brackets are counted, and a finish without a start is passed over.
 /// - A row is what the calls have told of it. Names, icons and states are read when a row comes and when a call tells
@@ -64,7 +65,8 @@ struct RowText {
 ///       [ ]  └─ seal [no shape]
 ///
 /// Of a filter it shows what the calls tell: the rows of the result, `…` below a row that can be opened, and a last
-/// line where there is more to say: that the filter is at work, that it was cancelled, or that nothing has matched.
+/// line where there is more to say: that the filter is at work, that it was cancelled, or that nothing has matched. The
+/// result of a filter that was switched off at work leaves the rows that are there by then where they stand.
 ///
 /// Rows hold their instances: an instance lives at least as long as its row. Owner's thread. A call costs the same
 /// however many rows there are, apart from the removal of a row, which costs those below it, calls that tell of
@@ -150,6 +152,17 @@ private:
   /// What there is to say about the rows as a whole.
   enum class Note : unsigned char { None, NoMatch, Cancelled };
 
+  /// How rows come.
+  enum class Coming : unsigned char {
+    /// Each finds its place beside those that are there.
+    Singly,
+    /// From no row on, in order.
+    Refill,
+    /// In order, on top of rows: the result of a filter that has been switched off meanwhile. It tells nothing of
+    /// the rows as a whole.
+    OnTop,
+  };
+
   struct Row {
     du::SmartPtr<zelk::BaseInstance> instance;
     RowText text;
@@ -171,6 +184,7 @@ private:
   };
 
   [[nodiscard]] Row* _FindRow(const zelk::BaseInstance* instance);
+  [[nodiscard]] Note _FindNote() const;
   /// Whether the panel has a result, and that holds nothing that the filter has let through.
   [[nodiscard]] bool _HasEmptyResult() const;
   [[nodiscard]] Row& _FindRowAbove(const du::SmartPtr<zelk::BaseInstance>& parent);
@@ -178,6 +192,7 @@ private:
   [[nodiscard]] Row* _FindNextRow(const guitree::FilteredTree::Node& node, const Row& parent);
   [[nodiscard]] Row* _FindNextRow(const zelk::BaseInstance& instance, const Row& parent);
   Row& _Place(const du::SmartPtr<zelk::BaseInstance>& instance, Row& parent, Row* next);
+  void _SetPlaceholder(Row& row, bool isOn) const;
   /// The row and all below it.
   void _Erase(Row& top);
   void _Clear();
@@ -205,8 +220,7 @@ private:
   std::unordered_set<const zelk::BaseInstance*> m_highlighted;
   /// Whether rows may have a visible state.
   bool m_showsScene = false;
-  /// A refill is under way, or the result of a filter comes next: rows come in order.
-  bool m_isFilling = false;
+  Coming m_coming = Coming::Singly;
   bool m_isCalculating = false;
   Note m_note = Note::None;
   /// Of the job that was begun last; null once its result is there.
