@@ -102,14 +102,14 @@ std::string FindFaultInText(const FilterSettings& settings)
 
 std::string FindFaultInResult(const FilterSettings& settings)
 {
-  if (settings.descending && settings.sort.empty()) {
+  if (settings.descending && !settings.sort) {
     return "--descending needs --sort";
   }
-  const char* const option = settings.siblings        ? "--siblings"
-                             : settings.list          ? "--list"
-                             : settings.follow        ? "--follow"
-                             : !settings.sort.empty() ? "--sort"
-                                                      : nullptr;
+  const char* const option = settings.siblings ? "--siblings"
+                             : settings.list   ? "--list"
+                             : settings.follow ? "--follow"
+                             : settings.sort   ? "--sort"
+                                               : nullptr;
   return option && !settings.IsOn() ? std::string(option) + " needs something to filter by, such as a text" : "";
 }
 
@@ -120,7 +120,7 @@ std::string FindFaultInColumns(const FilterSettings& settings)
       return fault;
     }
   }
-  return settings.sort.empty() ? "" : FindFaultInColumn(settings.sort);
+  return settings.sort ? FindFaultInColumn(*settings.sort) : "";
 }
 
 }  // namespace
@@ -179,7 +179,9 @@ void Apply(const FilterSettings& settings, zelremote::StructureFilterInfo& filte
   filter.listMode = settings.list ? 1 : 0;
   filter.SetDynamicUpdate(settings.follow);
   // The keys, by which a list is in order otherwise, tell users nothing.
-  const Column* const sort = FindColumn(settings.sort.empty() && settings.list ? s_nameColumn : settings.sort);
+  const Column* const sort = settings.sort   ? FindColumn(*settings.sort)
+                             : settings.list ? FindColumn(s_nameColumn)
+                                             : nullptr;
   filter.SetSortColumn(sort ? MakeSymbol(*sort) : du::DualSymbol());
   filter.SetSortDirection(!settings.descending);
 }

@@ -29,9 +29,9 @@ struct FilterSettings {
   bool list = false;
   /// The panel filters anew when the tree has changed, or the selection or the results that it looks at.
   bool follow = false;
-  /// The column by which the rows of the result are sorted; empty for their order in the assembly, or for a list by
+  /// The column by which the rows of the result are sorted; none for their order in the assembly, or for a list by
   /// name.
-  std::string sort{};
+  std::optional<std::string> sort{};
   bool descending = false;
 
   friend bool operator==(const FilterSettings&, const FilterSettings&) = default;

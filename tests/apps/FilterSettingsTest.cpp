@@ -44,6 +44,7 @@ TEST(FindFault, UnknownColumn_IsNamedWithThoseThereAre)
 
   EXPECT_EQ(FindFault({.text = "nut", .columns = {"Layer", "Weight"}}), "there is no column 'Weight'" + only);
   EXPECT_EQ(FindFault({.text = "nut", .sort = "Nam"}), "there is no column 'Nam'" + only);
+  EXPECT_EQ(FindFault({.text = "nut", .sort = ""}), "there is no column ''" + only);
 }
 
 class ApplySettings : public testing::Test {

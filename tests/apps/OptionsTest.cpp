@@ -98,9 +98,9 @@ TEST(ParseOptions, FaultsOfAFilter_AreFaultsOfUsage)
 {
   for (const ParsedOptions& parsed :
        {Parse({"--filter", "", "a.stp"}), Parse({"--filter", "a", "--filter", "b", "a.stp"}),
-        Parse({"--filter", "a", "--column", "Weight", "a.stp"}), Parse({"--whole-word", "a.stp"}),
-        Parse({"--visible", "--hidden", "a.stp"}), Parse({"--parts", "--descending", "a.stp"}),
-        Parse({"--siblings", "a.stp"}), Parse({"a.stp", "--sort"})}) {
+        Parse({"--filter", "a", "--column", "Weight", "a.stp"}), Parse({"--filter", "a", "--sort", "", "a.stp"}),
+        Parse({"--whole-word", "a.stp"}), Parse({"--visible", "--hidden", "a.stp"}),
+        Parse({"--parts", "--descending", "a.stp"}), Parse({"--siblings", "a.stp"}), Parse({"a.stp", "--sort"})}) {
     EXPECT_FALSE(parsed.options);
     EXPECT_EQ(parsed.exitCode, ExitUsage);
   }

@@ -118,7 +118,7 @@ FilterSettings ParseSorting(std::span<const Word> words)
 {
   FilterSettings settings;
   settings.sort = ParseName(words.front(), "a column");
-  ThrowIfFaulty(FindFaultInColumn(settings.sort));
+  ThrowIfFaulty(FindFaultInColumn(*settings.sort));
   if (words.size() > 1) {
     if (!words[1].isPlain || words[1].text != s_descending) {
       throw ScriptError("'" + words[1].text + "' is no direction: write descending, or nothing");
@@ -134,8 +134,8 @@ std::string FilterToText(const FilterSettings& settings)
   for (const std::string& column : settings.columns) {
     text.append(" ").append(s_column).append(" ").append(QuoteName(column));
   }
-  if (!settings.sort.empty()) {
-    text.append(" ").append(s_sort).append(" ").append(QuoteName(settings.sort));
+  if (settings.sort) {
+    text.append(" ").append(s_sort).append(" ").append(QuoteName(*settings.sort));
   }
   for (const FilterFlag& flag : GetFilterFlags()) {
     if (settings.*(flag.isOn)) {
@@ -147,7 +147,7 @@ std::string FilterToText(const FilterSettings& settings)
 
 std::string SortingToText(const FilterSettings& settings)
 {
-  return ' ' + QuoteName(settings.sort) + (settings.descending ? " descending" : "");
+  return ' ' + QuoteName(settings.sort.value_or("")) + (settings.descending ? " descending" : "");
 }
 
 }  // namespace script

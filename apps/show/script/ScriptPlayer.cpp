@@ -309,7 +309,7 @@ void ScriptPlayer::_ChangeProxies(const Command& command, bool (memkernel::Tree:
 void ScriptPlayer::_Filter(const FilterSettings& settings) const
 {
   FilterSettings next = settings;
-  if (next.sort.empty()) {
+  if (!next.sort) {
     next.sort = m_panel.GetFilter().sort;
     next.descending = m_panel.GetFilter().descending;
   }

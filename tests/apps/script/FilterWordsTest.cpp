@@ -62,6 +62,7 @@ TEST(ParseFilter, Faults_AreNamed)
   EXPECT_EQ(FaultOf("filter nut --bogus"), "unknown option '--bogus': a text that begins so must be in quotes");
   EXPECT_EQ(FaultOf("filter nut --column"), "write: --column COLUMN");
   EXPECT_EQ(FaultOf("filter nut --column Colour"), FindFaultInColumn("Colour"));
+  EXPECT_EQ(FaultOf("filter nut --sort \"\""), FindFaultInColumn(""));
   EXPECT_EQ(FaultOf("filter --match-case"), "--match-case needs a text to look for");
   EXPECT_EQ(FaultOf("filter --visible --hidden"), "--visible and --hidden contradict each other");
 }
@@ -79,6 +80,7 @@ TEST(ParseSorting, Faults_AreNamed)
   EXPECT_EQ(FaultOf("sort Name descending twice"), "write: sort COLUMN [descending]");
   EXPECT_EQ(FaultOf("sort Name down"), "'down' is no direction: write descending, or nothing");
   EXPECT_EQ(FaultOf("sort Weight"), FindFaultInColumn("Weight"));
+  EXPECT_EQ(FaultOf("sort \"\""), FindFaultInColumn(""));
 }
 
 }  // namespace

@@ -178,7 +178,9 @@ FilterSettings PickFilter()
   settings.wholeWord = settings.text && settings.wholeWord;
   settings.hidden = settings.hidden && !settings.visible;
   settings.parts = settings.parts || !settings.IsOn();
-  settings.sort = settings.descending || *rc::gen::arbitrary<bool>() ? PickColumn() : "";
+  if (settings.descending || *rc::gen::arbitrary<bool>()) {
+    settings.sort = PickColumn();
+  }
   return settings;
 }
 
