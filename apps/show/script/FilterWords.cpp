@@ -60,6 +60,7 @@ private:
       return;
     }
     if (option == s_sort) {
+      ThrowIfFaulty(m_settings.sort ? option + " may stand here only once" : "");
       m_settings.sort = _TakeColumn(option);
       return;
     }

@@ -63,6 +63,8 @@ TEST(ParseFilter, Faults_AreNamed)
   EXPECT_EQ(FaultOf("filter nut --column"), "write: --column COLUMN");
   EXPECT_EQ(FaultOf("filter nut --column Colour"), FindFaultInColumn("Colour"));
   EXPECT_EQ(FaultOf("filter nut --sort \"\""), FindFaultInColumn(""));
+  EXPECT_EQ(FaultOf("filter nut --sort Name --sort Layer"), "--sort may stand here only once");
+  EXPECT_EQ(FaultOf("filter nut --sort Name --parts --sort Name"), "--sort may stand here only once");
   EXPECT_EQ(FaultOf("filter --match-case"), "--match-case needs a text to look for");
   EXPECT_EQ(FaultOf("filter --visible --hidden"), "--visible and --hidden contradict each other");
 }
