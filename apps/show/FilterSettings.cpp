@@ -102,15 +102,7 @@ std::string FindFaultInText(const FilterSettings& settings)
 
 std::string FindFaultInResult(const FilterSettings& settings)
 {
-  if (settings.descending && !settings.sort) {
-    return "--descending needs --sort";
-  }
-  const char* const option = settings.siblings ? "--siblings"
-                             : settings.list   ? "--list"
-                             : settings.follow ? "--follow"
-                             : settings.sort   ? "--sort"
-                                               : nullptr;
-  return option && !settings.IsOn() ? std::string(option) + " needs something to filter by, such as a text" : "";
+  return settings.descending && !settings.sort ? "--descending needs --sort" : "";
 }
 
 std::string FindFaultInColumns(const FilterSettings& settings)
@@ -146,6 +138,16 @@ std::string FindFault(const FilterSettings& settings)
     }
   }
   return {};
+}
+
+std::string FindNeedOfAFilter(const FilterSettings& settings)
+{
+  const char* const option = settings.siblings ? "--siblings"
+                             : settings.list   ? "--list"
+                             : settings.follow ? "--follow"
+                             : settings.sort   ? "--sort"
+                                               : nullptr;
+  return option && !settings.IsOn() ? std::string(option) + " needs something to filter by, such as a text" : "";
 }
 
 std::string FindFaultInColumn(std::string_view column)

@@ -53,7 +53,10 @@ struct FilterFlag {
 
 /// Why these settings do not go together, or name a column that is none; empty where all is well.
 [[nodiscard]] std::string FindFault(const FilterSettings& settings);
-/// The same for the name of one column.
+/// Which of these settings says nothing without anything to filter by, where they have nothing; empty where all is
+/// well. No fault in a panel that filters all the same, since it collapses equal siblings.
+[[nodiscard]] std::string FindNeedOfAFilter(const FilterSettings& settings);
+/// Why the name of a column is none.
 [[nodiscard]] std::string FindFaultInColumn(std::string_view column);
 
 /// What there is to look for and to sort by, as in `Name, Layer`.

@@ -40,8 +40,9 @@ constexpr std::string_view s_aboutFilters =
 be found in the name, in any order: nut finds Donut. A word with * (anything) or ? (one character)
 has to match the whole name: nut*. In "quotes" blanks and * stand for themselves. Upper and lower
 case are one, in any language. Where nothing is found the last line is (no match). With --list there
-is nothing above what is found. On a terminal a filter that takes long tells how far it is. Columns
-of --column and --sort:
+is nothing above what is found. --siblings, --list, --follow and --sort go with another option of a
+filter, or with --collapse. On a terminal a filter that takes long tells how far it is. Columns of
+--column and --sort:
 )";
 
 constexpr std::string_view s_aboutScripts =
@@ -144,8 +145,11 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
     if (options.noBodies && options.filter.bodies && !options.filter.parts) {
       throw CLI::ValidationError("--no-bodies and --bodies contradict each other");
     }
-    if (const std::string fault = FindFault(options.filter); !fault.empty()) {
-      throw CLI::ValidationError(fault);
+    for (const std::string& fault :
+         {FindFault(options.filter), options.collapse ? "" : FindNeedOfAFilter(options.filter)}) {
+      if (!fault.empty()) {
+        throw CLI::ValidationError(fault);
+      }
     }
   });
 }

@@ -78,7 +78,7 @@ Panel::Panel(const du::SmartPtr<memkernel::World>& world, script::Stage& stage, 
       m_world(world),
       m_stage(stage),
       m_style(options.style),
-      m_firstFilter(options.filter.IsOn() ? std::optional(options.filter) : std::nullopt),
+      m_firstFilter(options.filter != FilterSettings{} ? std::optional(options.filter) : std::nullopt),
       m_hold(world->GetLoopPtr()),
       m_gui(du::MakeSmart<guitree::GuiTree>(world->CreateManagedObject())),
       m_state(du::MakeSmart<State>(*m_gui, m_hold))
@@ -246,7 +246,7 @@ void Panel::_ApplyFilter(const du::SmartPtr<zelk::View>& view)
   auto& filter = dynamic_cast<zelremote::StructureFilterInfo&>(m_state->GetFilter(view));
   Apply(_GetFilter(view), filter);
   filter.hideBodies = !guitree::WorldTreeState::IsShowingBodies();
-  filter.collapseInstances = guitree::WorldTreeState::IsCollapsingInstances();
+  filter.collapseInstances = IsCollapsing();
 }
 
 const FilterSettings& Panel::_GetFilter(const du::SmartPtr<zelk::View>& view) const
@@ -258,7 +258,7 @@ const FilterSettings& Panel::_GetFilter(const du::SmartPtr<zelk::View>& view) co
 
 bool Panel::_IsFiltered(const du::SmartPtr<zelk::View>& view) const
 {
-  return _GetFilter(view).IsOn() || guitree::WorldTreeState::IsCollapsingInstances();
+  return _GetFilter(view).IsOn() || IsCollapsing();
 }
 
 void Panel::_EndFilter()

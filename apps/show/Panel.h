@@ -48,6 +48,7 @@ public:
   void PrepareView(const du::SmartPtr<zelk::View>& view) override;
   void SetShowingBodies(bool on) override;
   void SetCollapsing(bool on) override;
+  [[nodiscard]] bool IsCollapsing() const override { return guitree::WorldTreeState::IsCollapsingInstances(); }
   void SetFilter(const FilterSettings& settings) override;
   [[nodiscard]] const FilterSettings& GetFilter() const override;
   void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& results) override;

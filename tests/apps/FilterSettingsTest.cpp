@@ -24,13 +24,23 @@ TEST(FindFault, Text_NeedsAWord)
   EXPECT_EQ(FindFault({.text = " \t"}), "the text to look for has no word in it");
 }
 
-TEST(FindFault, OptionsOfAResult_NeedAFilter)
+TEST(FindFault, Descending_NeedsAColumn)
 {
-  EXPECT_EQ(FindFault({.siblings = true}), "--siblings needs something to filter by, such as a text");
-  EXPECT_EQ(FindFault({.list = true}), "--list needs something to filter by, such as a text");
-  EXPECT_EQ(FindFault({.follow = true}), "--follow needs something to filter by, such as a text");
-  EXPECT_EQ(FindFault({.sort = "Name"}), "--sort needs something to filter by, such as a text");
   EXPECT_EQ(FindFault({.text = "nut", .descending = true}), "--descending needs --sort");
+}
+
+TEST(FindNeedOfAFilter, OptionsOfAResult_HaveOne)
+{
+  EXPECT_EQ(FindNeedOfAFilter({.siblings = true}), "--siblings needs something to filter by, such as a text");
+  EXPECT_EQ(FindNeedOfAFilter({.list = true}), "--list needs something to filter by, such as a text");
+  EXPECT_EQ(FindNeedOfAFilter({.follow = true}), "--follow needs something to filter by, such as a text");
+  EXPECT_EQ(FindNeedOfAFilter({.sort = "Name"}), "--sort needs something to filter by, such as a text");
+}
+
+TEST(FindNeedOfAFilter, WithSomethingToFilterBy_IsEmpty)
+{
+  EXPECT_EQ(FindNeedOfAFilter({}), "");
+  EXPECT_EQ(FindNeedOfAFilter({.parts = true, .siblings = true, .list = true, .follow = true, .sort = "Name"}), "");
 }
 
 TEST(FindFault, VisibleAndHidden_Contradict)

@@ -94,6 +94,16 @@ TEST(ParseOptions, EachFilterFlag_SetsItsOwn)
   }
 }
 
+TEST(ParseOptions, Collapsing_IsAFilterForOptionsThatNeedOne)
+{
+  const ParsedOptions parsed = Parse({"--collapse", "--sort", "Name", "--descending", "--list", "--siblings", "a.stp"});
+
+  ASSERT_TRUE(parsed.options);
+  EXPECT_TRUE(parsed.options->collapse);
+  EXPECT_EQ(parsed.options->filter,
+            (FilterSettings{.siblings = true, .list = true, .sort = "Name", .descending = true}));
+}
+
 TEST(ParseOptions, FaultsOfAFilter_AreFaultsOfUsage)
 {
   for (const ParsedOptions& parsed :

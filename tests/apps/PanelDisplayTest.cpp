@@ -121,6 +121,34 @@ TEST_F(PanelDisplayTest, SwitchesOfTheOptions_AreThereAtTheStart)
   EXPECT_EQ(PanelStage::TextOf(*panel), PanelStage::s_everything);
 }
 
+TEST_F(PanelDisplayTest, OrderOfTheOptions_IsThatOfACollapsedPanel)
+{
+  AddABoltAndABody();
+
+  const auto panel = Open({.sort = "Name", .descending = true}, true, true);
+
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "|- set\n"
+            "|  |- nut\n"
+            "|  `- bolt\n"
+            "`- frame\n");
+}
+
+TEST_F(PanelDisplayTest, ListOfTheOptions_IsThatOfACollapsedPanel)
+{
+  AddABoltAndABody();
+
+  const auto panel = Open({.list = true}, true, true);
+
+  EXPECT_EQ(PanelStage::TextOf(*panel),
+            "pump\n"
+            "|- bolt\n"
+            "|- frame\n"
+            "|- nut\n"
+            "`- set\n");
+}
+
 TEST_F(PanelDisplayTest, BodiesAndCollapsing_GoAndComeBack)
 {
   AddABoltAndABody();

@@ -23,6 +23,7 @@ public:
   virtual void SetShowingBodies(bool on) = 0;
   /// Whether the first of equal siblings stands for all of them.
   virtual void SetCollapsing(bool on) = 0;
+  [[nodiscard]] virtual bool IsCollapsing() const = 0;
   /// The filter of the current view's type. Settings without a fault; those that filter nothing bring everything back.
   virtual void SetFilter(const FilterSettings& settings) = 0;
   [[nodiscard]] virtual const FilterSettings& GetFilter() const = 0;

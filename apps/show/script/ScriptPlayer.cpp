@@ -305,9 +305,12 @@ void ScriptPlayer::_ChangeProxies(const Command& command, bool (memkernel::Tree:
   }
 }
 
-// A filter that says nothing of the order leaves it as it is.
+// One that says nothing of the order leaves it as it is.
 void ScriptPlayer::_Filter(const FilterSettings& settings) const
 {
+  if (const std::string need = FindNeedOfAFilter(settings); !need.empty() && !m_panel.IsCollapsing()) {
+    throw ScriptError(need);
+  }
   FilterSettings next = settings;
   if (!next.sort) {
     next.sort = m_panel.GetFilter().sort;

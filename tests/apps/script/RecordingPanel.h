@@ -17,6 +17,7 @@ public:
   void PrepareView(const du::SmartPtr<zelk::View>& view) override { calls.emplace_back(view ? "view" : "no view"); }
   void SetShowingBodies(bool on) override { calls.emplace_back(on ? "bodies" : "no bodies"); }
   void SetCollapsing(bool on) override { calls.emplace_back(on ? "collapse" : "no collapse"); }
+  [[nodiscard]] bool IsCollapsing() const override { return isCollapsing; }
   void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& list) override { results = list; }
   void SetFilter(const FilterSettings& settings) override
   {
@@ -40,6 +41,7 @@ public:
   FilterSettings filter;
   du::SmartPtr<zelk::View> typedView;
   du::SmartPtr<structure_utils::TreeResultsList> results;
+  bool isCollapsing = false;
   bool isFilterAtWork = false;
   bool canExpand = false;
 };

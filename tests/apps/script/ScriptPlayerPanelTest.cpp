@@ -75,6 +75,17 @@ TEST_F(ScriptPlayerPanelTest, Filter_ReplacesTheOneBeforeAndLeavesTheOrder)
   EXPECT_EQ(panel.filter, (FilterSettings{.sort = "Layer"}));
 }
 
+TEST_F(ScriptPlayerPanelTest, FilterWithNothingToFilterBy_IsAFaultUnlessEqualSiblingsAreCollapsed)
+{
+  EXPECT_EQ(FaultOf("filter --list"), "--list needs something to filter by, such as a text");
+  EXPECT_EQ(panel.filter, FilterSettings{});
+
+  panel.isCollapsing = true;
+  Play("filter --list --sort Layer");
+
+  EXPECT_EQ(panel.filter, (FilterSettings{.list = true, .sort = "Layer"}));
+}
+
 TEST_F(ScriptPlayerPanelTest, Sort_LeavesTheFilter)
 {
   Play("filter bolt");
