@@ -281,6 +281,17 @@ bool Panel::CancelFilter()
   return isCancelled;
 }
 
+Panel::Expansion Panel::Expand(const zelk::BaseInstance& instance)
+{
+  if (m_host.Expand(instance)) {
+    return Expansion::Done;
+  }
+  if (IsFiltering()) {
+    return Expansion::FilterAtWork;
+  }
+  return m_host.GetPath(instance).empty() ? Expansion::NoRow : Expansion::NothingLeftOut;
+}
+
 // Otherwise the edit would wait for as long as the filter reads the tree.
 void Panel::_GiveWayToEdit()
 {

@@ -54,7 +54,7 @@ public:
   void SetResults(const du::SmartPtr<structure_utils::TreeResultsList>& results) override;
   void HoldFilters(bool on) override { m_hold.SetOn(on); }
   bool CancelFilter() override;
-  bool Expand(const zelk::BaseInstance& instance) override { return m_host.Expand(instance); }
+  Expansion Expand(const zelk::BaseInstance& instance) override;
   /// To be called while nothing is under way. Names each new violation on stderr; true without any.
   [[nodiscard]] bool Check();
 

@@ -97,7 +97,7 @@ TEST_F(PanelDisplayTest, CancelledList_HasNothingToOpen)
   EXPECT_TRUE(panel->CancelFilter());
 
   EXPECT_EQ(Settled(*panel).substr(0, 5), "pump\n");
-  EXPECT_FALSE(panel->Expand(*stage.pump));
+  EXPECT_EQ(panel->Expand(*stage.pump), Panel::Expansion::NothingLeftOut);
 }
 
 TEST_F(PanelDisplayTest, Switches_ArePutBackWhenThePanelEnds)

@@ -170,15 +170,26 @@ TEST_F(PanelTest, CatchUp_WithoutAnEdit_DoesNothing)
 TEST_F(PanelTest, CancelledFilter_CanBeOpened)
 {
   const auto panel = OpenWithAFilterAtWork();
-  EXPECT_FALSE(panel->Expand(*stage.pump));
-
   EXPECT_TRUE(panel->CancelFilter());
   EXPECT_TRUE(panel->Settle());
   EXPECT_EQ(panel->GetRowCount(), 1U);
 
-  EXPECT_TRUE(panel->Expand(*stage.pump));
+  EXPECT_EQ(panel->Expand(*stage.pump), Panel::Expansion::Done);
   EXPECT_EQ(panel->GetRowCount(), 5U);
   EXPECT_FALSE(panel->CancelFilter());
+}
+
+TEST_F(PanelTest, WhatCannotBeOpened_IsToldFromWhatCan)
+{
+  const auto panel = OpenWithAFilterAtWork();
+  EXPECT_EQ(panel->Expand(*stage.pump), Panel::Expansion::FilterAtWork);
+
+  panel->HoldFilters(false);
+  EXPECT_TRUE(panel->Settle());
+
+  EXPECT_EQ(panel->Expand(*stage.set), Panel::Expansion::NothingLeftOut);
+  EXPECT_EQ(panel->Expand(*stage.bolt), Panel::Expansion::NothingLeftOut);
+  EXPECT_EQ(panel->Expand(*stage.frame), Panel::Expansion::NoRow);
 }
 
 TEST_F(PanelTest, FilterSwitchedOffAtWork_LeavesNothingOfItsResult)

@@ -33,8 +33,10 @@ public:
   virtual void HoldFilters(bool on) = 0;
   /// False where no filter is at work.
   virtual bool CancelFilter() = 0;
-  /// Opens what is left out below a row; false where there is no such row, or nothing to open.
-  virtual bool Expand(const zelk::BaseInstance& instance) = 0;
+  /// What came of opening a row; all but the first: why it was not opened.
+  enum class Expansion { Done, FilterAtWork, NoRow, NothingLeftOut };
+  /// Opens what is left out below the row of an instance.
+  virtual Expansion Expand(const zelk::BaseInstance& instance) = 0;
 
 protected:
   PanelControl() = default;

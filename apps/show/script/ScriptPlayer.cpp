@@ -37,6 +37,22 @@ void Replace(memkernel::ShapeScene& scene, const memkernel::ShapeInstance& befor
                             {.isVisible = isVisible, .isThumbnail = isThumbnail});
 }
 
+/// Empty for a row that was opened.
+std::string DescribeFault(PanelControl::Expansion expansion, const std::string& path)
+{
+  switch (expansion) {
+    case PanelControl::Expansion::Done:
+      return {};
+    case PanelControl::Expansion::FilterAtWork:
+      return "a filter is at work: nothing can be opened before it has ended";
+    case PanelControl::Expansion::NoRow:
+      return path + " has no row";
+    case PanelControl::Expansion::NothingLeftOut:
+      return "nothing is left out below " + path;
+  }
+  return {};
+}
+
 }  // namespace
 
 /// One update of the tree and of all scenes. That of the tree ends first: a panel then shows the changes of both in
@@ -365,8 +381,9 @@ void ScriptPlayer::_Expand(const Command& command) const
 {
   const Instances instances = _FindAll(command);
   for (std::size_t i = 0; i < instances.size(); ++i) {
-    if (!m_panel.Expand(*instances[i])) {
-      throw ScriptError("nothing can be opened below " + ToText(command.paths[i]));
+    const std::string fault = DescribeFault(m_panel.Expand(*instances[i]), ToText(command.paths[i]));
+    if (!fault.empty()) {
+      throw ScriptError(fault);
     }
   }
 }

@@ -31,10 +31,10 @@ public:
     calls.emplace_back("cancel");
     return isFilterAtWork;
   }
-  bool Expand(const zelk::BaseInstance& instance) override
+  Expansion Expand(const zelk::BaseInstance& instance) override
   {
     calls.push_back("expand " + std::string(instance.GetObjectName()));
-    return canExpand;
+    return expansion;
   }
 
   std::vector<std::string> calls;
@@ -43,5 +43,5 @@ public:
   du::SmartPtr<structure_utils::TreeResultsList> results;
   bool isCollapsing = false;
   bool isFilterAtWork = false;
-  bool canExpand = false;
+  Expansion expansion = Expansion::Done;
 };

@@ -114,12 +114,23 @@ TEST_F(ScriptPlayerPanelTest, CancelWithoutAFilter_IsAFault)
 
 TEST_F(ScriptPlayerPanelTest, Expand_OpensRowByRow)
 {
-  panel.canExpand = true;
   Play("expand pump set");
-  EXPECT_EQ(panel.calls, (std::vector<std::string>{"expand pump", "expand set"}));
 
-  panel.canExpand = false;
-  EXPECT_EQ(FaultOf("expand pump/set"), "nothing can be opened below pump/set");
+  EXPECT_EQ(panel.calls, (std::vector<std::string>{"expand pump", "expand set"}));
+}
+
+TEST_F(ScriptPlayerPanelTest, Expand_TellsWhyNothingCanBeOpened)
+{
+  using Expansion = script::PanelControl::Expansion;
+
+  panel.expansion = Expansion::FilterAtWork;
+  EXPECT_EQ(FaultOf("expand pump/set"), "a filter is at work: nothing can be opened before it has ended");
+
+  panel.expansion = Expansion::NoRow;
+  EXPECT_EQ(FaultOf("expand pump/set"), "pump/set has no row");
+
+  panel.expansion = Expansion::NothingLeftOut;
+  EXPECT_EQ(FaultOf("expand pump/set"), "nothing is left out below pump/set");
 }
 
 }  // namespace
