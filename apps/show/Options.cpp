@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <charconv>
 #include <iostream>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "Terminal.h"
 #include "script/Forms.h"
@@ -15,6 +17,8 @@ namespace {
 
 constexpr const char* s_description =
     "Shows the structure of STEP assemblies (AP203, AP214, AP242) as an indented tree.";
+
+constexpr std::string_view s_filter = "--filter";
 
 constexpr std::string_view s_aboutRows =
     R"(Names are printed in UTF-8. Characters that would break a line or steer the terminal are
@@ -41,8 +45,8 @@ be found in the name, in any order: nut finds Donut. A word with * (anything) or
 has to match the whole name: nut*. In "quotes" blanks and * stand for themselves. Upper and lower
 case are one, in any language. Where nothing is found the last line is (no match). With --list there
 is nothing above what is found. --siblings, --list, --follow and --sort go with another option of a
-filter, or with --collapse. On a terminal a filter that takes long tells how far it is. Columns of
---column and --sort:
+filter, or with --collapse. A text that is called like an option is looked for by --filter=--parts.
+On a terminal a filter that takes long tells how far it is. Columns of --column and --sort:
 )";
 
 constexpr std::string_view s_aboutScripts =
@@ -105,7 +109,9 @@ struct Choices {
 void DeclareFilter(CLI::App& app, FilterSettings& filter)
 {
   constexpr const char* group = "Filter";
-  app.add_option("--filter", filter.text, "Show only what has this text in its name")->type_name("TEXT")->group(group);
+  app.add_option(std::string(s_filter), filter.text, "Show only what has this text in its name")
+      ->type_name("TEXT")
+      ->group(group);
   app.add_option("--column", filter.columns, "Look for the text in this column instead; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false)
@@ -115,6 +121,44 @@ void DeclareFilter(CLI::App& app, FilterSettings& filter)
       app.add_option("--sort", filter.sort, "Sort what is shown by this column")->type_name("COLUMN")->group(group);
     }
     app.add_flag(std::string(flag.name), filter.*(flag.isOn), std::string(flag.summary))->group(group);
+  }
+}
+
+bool IsOption(const CLI::App& app, std::string_view argument)
+{
+  const std::string name(argument.substr(0, argument.find('=')));
+  return name.starts_with('-') && app.get_option_no_throw(name);
+}
+
+// What follows an option is its value, whatever it reads like: where the text was left out, the next option would pass
+// for it.
+std::string FindForgottenText(const CLI::App& app, std::span<const std::string_view> arguments)
+{
+  for (std::size_t i = 2; i < arguments.size() && arguments[i - 1] != "--"; ++i) {
+    if (arguments[i - 1] == s_filter && IsOption(app, arguments[i])) {
+      std::string fault = "--filter needs a text: to look for '";
+      return fault.append(arguments[i]).append("' write --filter=").append(arguments[i]);
+    }
+  }
+  return {};
+}
+
+std::string FindFault(const Choices& choices, const Options& options)
+{
+  if (choices.ascii && choices.unicode) {
+    return "--ascii and --unicode contradict each other";
+  }
+  if (options.noBodies && options.filter.bodies && !options.filter.parts) {
+    return "--no-bodies and --bodies contradict each other";
+  }
+  const std::string fault = FindFault(options.filter);
+  return fault.empty() && !options.collapse ? FindNeedOfAFilter(options.filter) : fault;
+}
+
+void ThrowIfFaulty(const std::string& fault)
+{
+  if (!fault.empty()) {
+    throw CLI::ValidationError(fault);
   }
 }
 
@@ -138,20 +182,6 @@ void Declare(CLI::App& app, Options& options, Choices& choices)
   app.add_flag("--verbose", options.verbose, "Tell on stderr how much was read");
   app.footer(MakeFooter());
   app.get_formatter()->label("REQUIRED", "");
-  app.callback([&choices, &options] {
-    if (choices.ascii && choices.unicode) {
-      throw CLI::ValidationError("--ascii and --unicode contradict each other");
-    }
-    if (options.noBodies && options.filter.bodies && !options.filter.parts) {
-      throw CLI::ValidationError("--no-bodies and --bodies contradict each other");
-    }
-    for (const std::string& fault :
-         {FindFault(options.filter), options.collapse ? "" : FindNeedOfAFilter(options.filter)}) {
-      if (!fault.empty()) {
-        throw CLI::ValidationError(fault);
-      }
-    }
-  });
 }
 
 void LookAtTerminal(const Choices& choices, texthost::PrintStyle& style)
@@ -170,6 +200,11 @@ ParsedOptions ParseOptions(int argc, char** argv)
   Choices choices;
   CLI::App app(s_description, "guitree-show");
   Declare(app, options, choices);
+  const std::vector<std::string_view> arguments(argv, argv + argc);
+  app.callback([&] {
+    ThrowIfFaulty(FindForgottenText(app, arguments));
+    ThrowIfFaulty(FindFault(choices, options));
+  });
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& success) {

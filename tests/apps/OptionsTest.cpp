@@ -81,6 +81,20 @@ TEST(ParseOptions, Filter_TakesItsTextAndLeavesFilesAlone)
   EXPECT_EQ(parsed.options->filter, (FilterSettings{.text = "hex nut", .columns = {"Layer", "name"}, .sort = "Name"}));
 }
 
+TEST(ParseOptions, OptionInPlaceOfAFiltersText_IsAFaultUnlessAnEqualsSignSaysWhatItIs)
+{
+  for (const char* option : {"--parts", "-h", "--depth=3"}) {
+    const ParsedOptions parsed = Parse({"a.stp", "--filter", option});
+    EXPECT_FALSE(parsed.options) << option;
+    EXPECT_EQ(parsed.exitCode, ExitUsage) << option;
+  }
+
+  EXPECT_EQ(Parse({"a.stp", "--filter=--parts"}).options->filter, FilterSettings{.text = "--parts"});
+  EXPECT_EQ(Parse({"a.stp", "--filter", "--part"}).options->filter, FilterSettings{.text = "--part"});
+  EXPECT_EQ(Parse({"a.stp", "--filter", "FILE"}).options->filter, FilterSettings{.text = "FILE"});
+  EXPECT_TRUE(Parse({"--", "--filter", "--parts"}).options);
+}
+
 TEST(ParseOptions, EachFilterFlag_SetsItsOwn)
 {
   for (const FilterFlag& flag : GetFilterFlags()) {
