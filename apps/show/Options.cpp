@@ -12,6 +12,7 @@
 
 #include "Terminal.h"
 #include "script/Forms.h"
+#include "texthost/PrintableText.h"
 
 namespace {
 
@@ -211,7 +212,7 @@ ParsedOptions ParseOptions(int argc, char** argv)
     app.exit(success);
     return {std::nullopt, ExitOk};
   } catch (const CLI::ParseError& error) {
-    std::cerr << "guitree-show: " << error.what() << "\nTry 'guitree-show --help'.\n";
+    std::cerr << "guitree-show: " << texthost::MakePrintable(error.what()) << "\nTry 'guitree-show --help'.\n";
     return {std::nullopt, ExitUsage};
   }
   LookAtTerminal(choices, options.style);
