@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "memkernel/PropertyTable.h"
 #include "memkernel/Shape.h"
 #include "stepimport/Import.h"
+#include "stepimport/TreeFilling.h"
 #include "zelk/BaseInstanceDynamicPropertiesCache.h"
 
 namespace stepimport {
@@ -106,91 +108,27 @@ private:
   std::shared_ptr<ProductLoads> m_loads;
 };
 
+}  // namespace
+
 /// Unfolds one assembly into a tree.
-class TreeFiller {
+class TreeFilling::Work {
 public:
-  TreeFiller(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes, memkernel::Tree& tree)
-      : m_assembly(assembly), m_shapes(shapes), m_tree(tree), m_entries(assembly.products.size())
+  Work(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes, memkernel::Tree& tree,
+       const InstancePtr& parent)
+      : m_assembly(assembly), m_shapes(shapes), m_tree(&tree), m_parent(parent), m_entries(assembly.products.size())
   {
   }
 
-  /// Null as soon as the tree refuses.
-  InstancePtr Fill(const InstancePtr& parent)
+  /// Null when the tree refuses.
+  [[nodiscard]] InstancePtr AddTop()
   {
     const ProductPtr& product = _GetEntry(m_assembly.root).product;
-    InstancePtr top = parent ? m_tree.AddChild(parent, product) : m_tree.CreateRoot(product);
-    if (!top || !_Open(top, m_assembly.root)) {
-      return _GiveUp(top);
-    }
-    while (!m_path.empty()) {
-      if (!_AddNext()) {
-        return _GiveUp(top);
-      }
-    }
-    return top;
+    return m_parent ? m_tree->AddChild(m_parent, product) : m_tree->CreateRoot(product);
   }
-
-private:
-  /// What the instances of one product share; made when the first of them is.
-  struct Entry {
-    ProductPtr product;
-    std::vector<ProductPtr> bodies;
-    /// Of the occurrences; empty where the product's name says the same.
-    std::vector<du::Symbol> names;
-  };
-
-  /// An instance whose occurrences are being added.
-  struct Step {
-    InstancePtr instance;
-    ProductIndex product;
-    std::size_t next;
-  };
-
-  const Entry& _GetEntry(ProductIndex index)
-  {
-    Entry& entry = m_entries[index];
-    if (!entry.product) {
-      entry = _MakeEntry(index);
-    }
-    return entry;
-  }
-
-  [[nodiscard]] Entry _MakeEntry(ProductIndex index) const
-  {
-    const Product& product = m_assembly.products[index];
-    const ShapeMaker shapes(m_shapes, index);
-    Entry entry;
-    entry.product = m_tree.CreateProduct({.name = du::Symbol(product.name),
-                                          .flags = GetFlags(product),
-                                          .shape = shapes.MakeShape(product),
-                                          .properties = MakeProperties(product, product.appearance)});
-    for (const Body& body : product.bodies) {
-      entry.bodies.push_back(m_tree.CreateProduct({.name = du::Symbol(body.name),
-                                                   .flags = memkernel::InstanceBody | memkernel::InstanceBodyType,
-                                                   .shape = shapes.MakeBodyShape(entry.bodies.size()),
-                                                   .properties = MakeProperties(product, body.appearance)}));
-    }
-    for (const Occurrence& occurrence : product.occurrences) {
-      const bool isOwn = occurrence.name != m_assembly.products[occurrence.product].name;
-      entry.names.push_back(isOwn ? du::Symbol(occurrence.name) : du::Symbol());
-    }
-    return entry;
-  }
-
-  [[nodiscard]] bool _Open(const InstancePtr& instance, ProductIndex product)
-  {
-    for (const ProductPtr& body : _GetEntry(product).bodies) {
-      if (!m_tree.AddChild(instance, body)) {
-        return false;
-      }
-    }
-    if (!m_assembly.products[product].occurrences.empty()) {
-      m_path.push_back({instance, product, 0});
-    }
-    return true;
-  }
-
-  [[nodiscard]] bool _AddNext()
+  [[nodiscard]] bool OpenTop(const InstancePtr& top, std::size_t& added) { return _Open(top, m_assembly.root, added); }
+  [[nodiscard]] bool IsDone() const noexcept { return m_path.empty(); }
+  /// Goes one step further, and counts what it adds. False when the tree refuses.
+  [[nodiscard]] bool AddNext(std::size_t& added)
   {
     Step& step = m_path.back();
     const std::vector<Occurrence>& occurrences = m_assembly.products[step.product].occurrences;
@@ -200,37 +138,124 @@ private:
     }
     const std::size_t number = step.next++;
     const ProductIndex child = occurrences[number].product;
-    const du::Symbol& name = _GetEntry(step.product).names[number];
-    const InstancePtr instance = m_tree.AddChild(step.instance, _GetEntry(child).product, name);
-    return instance && _Open(instance, child);
+    // A copy, since the path may grow.
+    const InstancePtr parent = step.instance;
+    const InstancePtr instance = m_tree->AddChild(parent, _GetEntry(child).product, _GetName(step.product, number));
+    added += instance ? 1U : 0U;
+    return instance && _Open(instance, child, added);
   }
 
-  InstancePtr _GiveUp(const InstancePtr& top)
+private:
+  /// What the instances of one product share; made when the first of them is.
+  struct Entry {
+    ProductPtr product;
+    std::vector<ProductPtr> bodies;
+    /// Of the occurrences, each made when it is asked for; empty where the product's name says the same.
+    std::vector<std::optional<du::Symbol>> names;
+  };
+
+  /// An instance whose occurrences are being added.
+  struct Step {
+    InstancePtr instance;
+    ProductIndex product;
+    std::size_t next;
+  };
+
+  [[nodiscard]] Entry& _GetEntry(ProductIndex index)
   {
-    if (top) {
-      m_tree.Remove(top);
+    Entry& entry = m_entries[index];
+    if (!entry.product) {
+      entry = _MakeEntry(index);
     }
-    return {};
+    return entry;
+  }
+
+  [[nodiscard]] const du::Symbol& _GetName(ProductIndex index, std::size_t number)
+  {
+    std::optional<du::Symbol>& name = _GetEntry(index).names[number];
+    if (!name) {
+      const Occurrence& occurrence = m_assembly.products[index].occurrences[number];
+      const bool isOwn = occurrence.name != m_assembly.products[occurrence.product].name;
+      name = isOwn ? du::Symbol(occurrence.name) : du::Symbol();
+    }
+    return *name;
+  }
+
+  [[nodiscard]] Entry _MakeEntry(ProductIndex index) const
+  {
+    const Product& product = m_assembly.products[index];
+    const ShapeMaker shapes(m_shapes, index);
+    Entry entry;
+    entry.product = m_tree->CreateProduct({.name = du::Symbol(product.name),
+                                           .flags = GetFlags(product),
+                                           .shape = shapes.MakeShape(product),
+                                           .properties = MakeProperties(product, product.appearance)});
+    for (const Body& body : product.bodies) {
+      entry.bodies.push_back(m_tree->CreateProduct({.name = du::Symbol(body.name),
+                                                    .flags = memkernel::InstanceBody | memkernel::InstanceBodyType,
+                                                    .shape = shapes.MakeBodyShape(entry.bodies.size()),
+                                                    .properties = MakeProperties(product, body.appearance)}));
+    }
+    entry.names.resize(product.occurrences.size());
+    return entry;
+  }
+
+  [[nodiscard]] bool _Open(const InstancePtr& instance, ProductIndex product, std::size_t& added)
+  {
+    for (const ProductPtr& body : _GetEntry(product).bodies) {
+      if (!m_tree->AddChild(instance, body)) {
+        return false;
+      }
+      ++added;
+    }
+    if (!m_assembly.products[product].occurrences.empty()) {
+      m_path.push_back({instance, product, 0});
+    }
+    return true;
   }
 
   const Assembly& m_assembly;
-  const std::shared_ptr<const ShapeStore>& m_shapes;
-  memkernel::Tree& m_tree;
+  const std::shared_ptr<const ShapeStore> m_shapes;
+  const du::SmartPtr<memkernel::Tree> m_tree;
+  const InstancePtr m_parent;
   std::vector<Entry> m_entries;
   std::vector<Step> m_path;
 };
 
-}  // namespace
+TreeFilling::TreeFilling(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes,
+                         memkernel::Tree& tree, const du::SmartPtr<memkernel::Instance>& parent)
+    : m_work(std::make_unique<Work>(assembly, shapes, tree, parent)),
+      m_count(CountInstances(assembly)),
+      m_isRefused(m_count == 0 || m_count > MaxInstances)
+{
+}
+
+TreeFilling::~TreeFilling() = default;
+
+bool TreeFilling::GoOn(std::size_t count)
+{
+  const std::size_t last = m_added + count;
+  if (!m_top && !m_isRefused) {
+    m_top = m_work->AddTop();
+    m_added += m_top ? 1U : 0U;
+    m_isRefused = !m_top || !m_work->OpenTop(m_top, m_added);
+  }
+  while (!m_isRefused && !m_work->IsDone() && m_added < last) {
+    m_isRefused = !m_work->AddNext(m_added);
+  }
+  return !m_isRefused && !m_work->IsDone();
+}
 
 du::SmartPtr<memkernel::Instance> FillTree(const Assembly& assembly, const std::shared_ptr<const ShapeStore>& shapes,
                                            memkernel::Tree& tree, const du::SmartPtr<memkernel::Instance>& parent)
 {
-  const std::size_t count = CountInstances(assembly);
-  if (count == 0 || count > MaxInstances) {
-    return {};
-  }
   const memkernel::TreeBatch batch(tree);
-  return TreeFiller(assembly, shapes, tree).Fill(parent);
+  TreeFilling filling(assembly, shapes, tree, parent);
+  while (filling.GoOn(MaxInstances)) {}
+  if (filling.IsRefused() && filling.GetTop()) {
+    tree.Remove(filling.GetTop());
+  }
+  return filling.IsRefused() ? nullptr : filling.GetTop();
 }
 
 }  // namespace stepimport
