@@ -34,7 +34,7 @@ void FileReading::TaskComplete()
   if (m_ended) {
     // The callee may let go of this task.
     const Ended ended = std::exchange(m_ended, {});
-    ended(m_result);
+    ended(std::exchange(m_result, {}));
   }
 }
 

@@ -18,7 +18,7 @@ namespace viewer {
 class FileReading final : public du::Task, private stepimport::Progress {
 public:
   using Progressed = std::function<void(int percent, const std::string& stage)>;
-  using Ended = std::function<void(const stepimport::ReadResult& result)>;
+  using Ended = std::function<void(stepimport::ReadResult result)>;
 
   /// Both are called in turns of `loop`, unless `Forget` comes before.
   FileReading(std::filesystem::path file, const du::SmartPtr<memkernel::OwnerLoop>& loop, Progressed progressed,

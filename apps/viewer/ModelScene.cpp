@@ -110,12 +110,12 @@ void ModelScene::SetColors(const dg::Color& selected, const dg::Color& associate
   Q_EMIT Changed();
 }
 
-void ModelScene::Add(const PlacedShape& placed)
+bool ModelScene::Add(const PlacedShape& placed)
 {
   const zelk::BaseInstance* const instance = placed.instance.Get();
   const memkernel::Shape* const shape = GetShape(placed);
   if (shape == nullptr || !m_items.try_emplace(instance, Item{placed, {}}).second) {
-    return;
+    return false;
   }
   Item& item = m_items.at(instance);
   item.isSelected = m_selected.contains(instance);
@@ -125,13 +125,14 @@ void ModelScene::Add(const PlacedShape& placed)
   if (!entry.prototype.IsNull()) {
     _MakePending(*instance);
   }
+  return entry.users.size() == 1;
 }
 
-void ModelScene::Remove(const zelk::BaseInstance& instance)
+bool ModelScene::Remove(const zelk::BaseInstance& instance)
 {
   Item* const item = _Find(instance);
   if (item == nullptr) {
-    return;
+    return false;
   }
   if (!item->presentation.IsNull()) {
     m_shownCount -= item->isVisible ? 1U : 0U;
@@ -141,13 +142,15 @@ void ModelScene::Remove(const zelk::BaseInstance& instance)
   }
   const auto entry = m_shapes.find(GetShape(item->placed));
   entry->second.users.erase(&instance);
-  if (entry->second.users.empty()) {
+  const bool isLast = entry->second.users.empty();
+  if (isLast) {
     m_shapes.erase(entry);
   }
   m_selected.erase(&instance);
   m_associated.erase(&instance);
   m_items.erase(&instance);
   Q_EMIT ContentChanged();
+  return isLast;
 }
 
 void ModelScene::SetVisible(const zelk::BaseInstance& instance, bool isVisible)

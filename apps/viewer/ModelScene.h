@@ -37,9 +37,11 @@ public:
   ~ModelScene() override;
 
   /// Visible; nothing is drawn of it before its shape is put in. An instance that is there already stays as it is.
-  void Add(const PlacedShape& placed);
-  /// The operations below do nothing for an instance that is not there.
-  void Remove(const zelk::BaseInstance& instance);
+  /// Answers whether it is the first one of its shape, for which nobody has put anything in yet.
+  bool Add(const PlacedShape& placed);
+  /// The operations below do nothing for an instance that is not there. Answers whether it was the last one of its
+  /// shape, of which nothing is kept then.
+  bool Remove(const zelk::BaseInstance& instance);
   void SetVisible(const zelk::BaseInstance& instance, bool isVisible);
   /// All instances of `shape`, present and to come, are drawn from `drawable`; a null one leaves them without anything.
   void PutShape(const memkernel::Shape& shape, const TopoDS_Shape& drawable);

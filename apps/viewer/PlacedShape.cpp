@@ -22,22 +22,27 @@ gp_Trsf ToTransformation(const stepimport::Placement& placement)
   return result;
 }
 
-/// Walks a branch of the tree beside the products that it was filled from.
-class PlacedShapeFinder {
+}  // namespace
+
+class PlacedShapeFinder::Walk {
 public:
-  PlacedShapeFinder(const stepimport::Assembly& assembly, const std::shared_ptr<const stepimport::ShapeStore>& store)
-      : m_assembly(assembly), m_store(store), m_sources(assembly.products.size())
+  Walk(const stepimport::Assembly& assembly, const std::shared_ptr<const stepimport::ShapeStore>& store,
+       const BasePtr& top)
+      : m_assembly(assembly), m_store(store), m_top(top), m_sources(assembly.products.size())
   {
   }
 
-  std::vector<PlacedShape> Find(const BasePtr& top)
+  void GoOneStep()
   {
-    _Open(top, m_assembly.root, gp_Trsf());
-    while (!m_path.empty()) {
+    if (const BasePtr top = std::exchange(m_top, {})) {
+      _Open(top, m_assembly.root, gp_Trsf());
+    } else {
       _TakeNext();
     }
-    return std::move(m_found);
   }
+  [[nodiscard]] bool IsDone() const noexcept { return !m_top && m_path.empty(); }
+  [[nodiscard]] std::size_t GetVisitedCount() const noexcept { return m_visited; }
+  [[nodiscard]] std::vector<PlacedShape> Take() { return std::exchange(m_found, {}); }
 
 private:
   /// The sources of one product; made when the first of its instances is met.
@@ -71,8 +76,9 @@ private:
     return sources;
   }
 
-  void _Add(const BasePtr& instance, const SourcePtr& source, const gp_Trsf& place)
+  void _Visit(const BasePtr& instance, const SourcePtr& source, const gp_Trsf& place)
   {
+    ++m_visited;
     auto own = du::DynamicCast<memkernel::Instance>(instance);
     if (own && own->HasShapeSource()) {
       m_found.push_back({std::move(own), source, place});
@@ -82,14 +88,14 @@ private:
   void _Open(const BasePtr& instance, stepimport::ProductIndex index, const gp_Trsf& place)
   {
     const Sources& sources = _GetSources(index);
-    _Add(instance, sources.product, place);
+    _Visit(instance, sources.product, place);
     BasePtr child;
     instance->GetBaseFirstChild(child);
     for (const SourcePtr& body : sources.bodies) {
       if (!child) {
         return;
       }
-      _Add(child, body, place);
+      _Visit(child, body, place);
       child->GetBaseNextSibling(child);
     }
     if (child) {
@@ -113,21 +119,40 @@ private:
 
   const stepimport::Assembly& m_assembly;
   const std::shared_ptr<const stepimport::ShapeStore>& m_store;
+  /// Null once it was visited.
+  BasePtr m_top;
   std::vector<Sources> m_sources;
   std::vector<Step> m_path;
   std::vector<PlacedShape> m_found;
+  std::size_t m_visited = 0;
 };
 
-}  // namespace
-
-std::vector<PlacedShape> FindPlacedShapes(const stepimport::Assembly& assembly,
-                                          const std::shared_ptr<const stepimport::ShapeStore>& store,
-                                          const du::SmartPtr<memkernel::Instance>& top)
+PlacedShapeFinder::PlacedShapeFinder(const stepimport::Assembly& assembly,
+                                     const std::shared_ptr<const stepimport::ShapeStore>& store,
+                                     const du::SmartPtr<memkernel::Instance>& top)
+    : m_walk(std::make_unique<Walk>(assembly, store, assembly.products.empty() ? nullptr : top))
 {
-  if (!top || assembly.products.empty()) {
-    return {};
+}
+
+PlacedShapeFinder::~PlacedShapeFinder() = default;
+
+std::vector<PlacedShape> PlacedShapeFinder::FindSome(std::size_t count)
+{
+  const std::size_t last = m_walk->GetVisitedCount() + count;
+  while (!m_walk->IsDone() && m_walk->GetVisitedCount() < last) {
+    m_walk->GoOneStep();
   }
-  return PlacedShapeFinder(assembly, store).Find(top);
+  return m_walk->Take();
+}
+
+bool PlacedShapeFinder::IsDone() const noexcept
+{
+  return m_walk->IsDone();
+}
+
+std::size_t PlacedShapeFinder::GetVisitedCount() const noexcept
+{
+  return m_walk->GetVisitedCount();
 }
 
 }  // namespace viewer

@@ -33,10 +33,27 @@ struct PlacedShape {
   gp_Trsf place;
 };
 
-/// Everything with a shape at `top` and below it, in the order of the tree. `top` must have been filled from `assembly`
-/// and `store`, and not have been edited since. Owner's thread; linear in the number of instances.
-[[nodiscard]] std::vector<PlacedShape> FindPlacedShapes(const stepimport::Assembly& assembly,
-                                                        const std::shared_ptr<const stepimport::ShapeStore>& store,
-                                                        const du::SmartPtr<memkernel::Instance>& top);
+/// Finds everything with a shape at an instance and below it, in the order of the tree, a portion at a time: walks the
+/// branch beside the products that it was filled from. Refers to these until it ends. Owner's thread.
+class PlacedShapeFinder {
+public:
+  /// `top` must have been filled from `assembly` and `store`, and the branch must not be edited before the end. Null
+  /// for nothing.
+  PlacedShapeFinder(const stepimport::Assembly& assembly, const std::shared_ptr<const stepimport::ShapeStore>& store,
+                    const du::SmartPtr<memkernel::Instance>& top);
+  PlacedShapeFinder(const PlacedShapeFinder&) = delete;
+  PlacedShapeFinder& operator=(const PlacedShapeFinder&) = delete;
+  ~PlacedShapeFinder();
+
+  /// What there is among the next `count` instances and the bodies of the last one.
+  [[nodiscard]] std::vector<PlacedShape> FindSome(std::size_t count);
+  [[nodiscard]] bool IsDone() const noexcept;
+  [[nodiscard]] std::size_t GetVisitedCount() const noexcept;
+
+private:
+  class Walk;
+
+  const std::unique_ptr<Walk> m_walk;
+};
 
 }  // namespace viewer

@@ -20,12 +20,13 @@ constexpr int s_restMs = 50;
 
 class SceneBinding::SceneFollower final : public zelk::ShapeSceneObserver {
 public:
-  explicit SceneFollower(ModelScene& drawn) : m_drawn(drawn) {}
+  SceneFollower(ModelScene& drawn, ShapeFeeder& feeder) : m_drawn(drawn), m_feeder(feeder) {}
 
   void OnShapeInstanceRemove(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance) override
   {
-    if (const auto instance = _GetInstance(*shapeInstance)) {
-      m_drawn.Remove(*instance);
+    const auto instance = du::DynamicCast<memkernel::Instance>(_GetInstance(*shapeInstance));
+    if (instance && m_drawn.Remove(*instance)) {
+      m_feeder.CallOff(*instance->GetProduct()->GetShape());
     }
   }
   void OnShapeInstanceVisibility(const du::SmartPtr<zelk::ShapeInstance>& shapeInstance, bool visible) override
@@ -44,6 +45,7 @@ private:
   }
 
   ModelScene& m_drawn;
+  ShapeFeeder& m_feeder;
 };
 
 SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
@@ -51,7 +53,7 @@ SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
       m_drawn(drawn),
       m_feeder(session.GetWorld(), [&drawn](const memkernel::Shape& shape,
                                             const TopoDS_Shape& drawable) { drawn.PutShape(shape, drawable); }),
-      m_sceneFollower(du::MakeSmart<SceneFollower>(drawn)),
+      m_sceneFollower(du::MakeSmart<SceneFollower>(drawn, m_feeder)),
       m_selected(session.GetWorld(), s_selection,
                  [&drawn](ModelScene::InstanceSet instances) { drawn.SetSelected(std::move(instances)); }),
       m_associated(session.GetWorld(), s_associated,
@@ -61,8 +63,8 @@ SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
   m_pointedDue.setInterval(s_restMs);
   connect(&m_pointedDue, &QTimer::timeout, this, &SceneBinding::_HighlightPointed);
   connect(&m_selected, &ListHighlight::Changed, this, &SceneBinding::SelectionChanged);
-  connect(&session, &Session::Opened, this,
-          [this](const QString& /*file*/, const std::vector<PlacedShape>& shapes) { _Add(shapes); });
+  connect(&session, &Session::Placed, this, &SceneBinding::_Add);
+  connect(&session, &Session::Opened, this, &SceneBinding::_RefreshHighlights);
   connect(&session, &Session::Closed, this, &SceneBinding::_ForgetAll);
   session.GetScene()->RegisterObserver(
       *m_sceneFollower, du::Flags(memkernel::ShapeSceneExistence | memkernel::ShapeSceneVisibility), false);
@@ -83,13 +85,10 @@ void SceneBinding::Follow(ModelView& view)
 void SceneBinding::_Add(const std::vector<PlacedShape>& shapes)
 {
   for (const PlacedShape& placed : shapes) {
-    m_drawn.Add(placed);
+    if (m_drawn.Add(placed)) {
+      m_feeder.Ask(placed.instance->GetProduct()->GetShape(), placed.source);
+    }
   }
-  // Asked for after all are known: a load may end at once.
-  for (const PlacedShape& placed : shapes) {
-    m_feeder.Ask(placed.instance->GetProduct()->GetShape(), placed.source);
-  }
-  _RefreshHighlights();
 }
 
 void SceneBinding::_ForgetAll()

@@ -6,11 +6,15 @@
 
 #include "memkernel/InstanceFlags.h"
 #include "stepimport/Import.h"
-#include "stepimport/Scene.h"
 
 namespace viewer {
 
 namespace {
+
+/// As long as nobody notices that the window does not answer.
+constexpr int s_portionMs = 10;
+/// In percent of the whole way of a file; what is left is the share of the tree and the scene.
+constexpr int s_readingShare = 80;
 
 /// Reading takes one worker for as long as it lasts; loads and filters must go on beside it.
 unsigned int ChooseWorkers()
@@ -43,6 +47,7 @@ Session::Session()
   m_world->InstallForProcess();
   memkernel::Tree& tree = m_world->GetMemTree();
   m_root = tree.CreateRoot(tree.CreateProduct({.name = "Files", .flags = memkernel::InstancePlainIcon}));
+  connect(&m_fillingDue, &QTimer::timeout, this, &Session::_FillSome);
 }
 
 Session::~Session()
@@ -51,6 +56,7 @@ Session::~Session()
     m_reading->Forget();
     m_reading->Cancel();
   }
+  m_filling.reset();
   m_follower.Reset();
   m_world->Shutdown();
 }
@@ -65,7 +71,7 @@ void Session::Open(const QStringList& files)
       m_waiting.push_back(path);
     }
   }
-  if (!m_reading) {
+  if (!IsReading()) {
     _ReadNext();
   }
 }
@@ -73,6 +79,7 @@ void Session::Open(const QStringList& files)
 bool Session::_IsKnown(const std::filesystem::path& file) const
 {
   return m_files.contains(file) || (m_reading && m_reading->GetFile() == file)
+         || (m_filling && !m_filling->IsCalledOff() && m_filling->GetFile() == file)
          || std::find(m_waiting.begin(), m_waiting.end(), file) != m_waiting.end();
 }
 
@@ -83,12 +90,13 @@ void Session::_ReadNext()
   }
   const std::filesystem::path file = m_waiting.front();
   m_waiting.pop_front();
+  m_percent = 0;
   m_reading = du::MakeSmart<FileReading>(
       file, m_world->GetLoopPtr(),
       [this](int percent, const std::string& stage) {
-        Q_EMIT ReadingProgressed(percent, QString::fromStdString(stage));
+        _TellProgress(percent * s_readingShare / 100, QString::fromStdString(stage));
       },
-      [this](const stepimport::ReadResult& result) { _OnRead(result); });
+      [this](stepimport::ReadResult result) { _OnRead(std::move(result)); });
   Q_EMIT ReadingBegan(ToText(file), static_cast<qsizetype>(m_waiting.size()));
   m_world->GetMemTaskPool().InsertTaskInLane(m_reading, m_readingLane);
 }
@@ -99,45 +107,94 @@ void Session::CancelReading()
   if (m_reading) {
     m_reading->Cancel();
   }
+  if (m_filling) {
+    m_filling->CallOff();
+  }
 }
 
-void Session::_OnRead(const stepimport::ReadResult& result)
+void Session::_OnRead(stepimport::ReadResult result)
 {
   const du::SmartPtr<FileReading> reading = std::exchange(m_reading, {});
   // The reader may have been done already when it was called off.
   const bool isCalledOff = result.cancelled || reading->IsCancelled();
   if (result.ok && !isCalledOff) {
-    _Fill(reading->GetFile(), result);
-  } else if (!isCalledOff) {
+    _BeginFilling(reading->GetFile(), std::move(result));
+    return;
+  }
+  if (!isCalledOff) {
     Q_EMIT Failed(QString::fromStdString(result.error));
   }
-  // Who was told of the file may have begun another one.
-  if (!m_reading) {
-    _ReadNext();
-  }
-  if (!m_reading) {
-    Q_EMIT ReadingEnded();
+  _GoOn();
+}
+
+void Session::_BeginFilling(const std::filesystem::path& file, stepimport::ReadResult result)
+{
+  m_filling = std::make_unique<FileFilling>(file, std::move(result), m_world->GetMemTree(), m_root, m_scene,
+                                            [this](const std::vector<PlacedShape>& shapes) { Q_EMIT Placed(shapes); });
+  m_fillingDue.start();
+}
+
+void Session::_FillSome()
+{
+  if (m_filling->GoOn(QDeadlineTimer(s_portionMs))) {
+    _EndFilling();
+  } else if (!m_filling->IsCalledOff()) {
+    _TellProgress(s_readingShare + m_filling->GetPercent() * (100 - s_readingShare) / 100, tr("Adding to the tree"));
   }
 }
 
-void Session::_Fill(const std::filesystem::path& file, const stepimport::ReadResult& result)
+void Session::_EndFilling()
 {
-  memkernel::Tree& tree = m_world->GetMemTree();
-  const auto top = stepimport::FillTree(result.assembly, result.shapes, tree, m_root);
-  if (!top) {
-    Q_EMIT Failed(tr("%1: unfolds to more than %L2 parts").arg(ToText(file)).arg(stepimport::MaxInstances));
+  m_fillingDue.stop();
+  const std::unique_ptr<FileFilling> filling = std::move(m_filling);
+  if (!filling->IsCalledOff()) {
+    m_files.emplace(filling->GetFile(), filling->GetTop());
+    Q_EMIT Opened(ToText(filling->GetFile()));
+    _Warn(filling->GetResult().warnings);
+  } else if (filling->IsRefused()) {
+    _TellRefused(*filling);
+  }
+  _GoOn();
+}
+
+void Session::_TellRefused(const FileFilling& filling)
+{
+  const QString file = ToText(filling.GetFile());
+  if (stepimport::CountInstances(filling.GetResult().assembly) > stepimport::MaxInstances) {
+    Q_EMIT Failed(tr("%1: unfolds to more than %L2 parts").arg(file).arg(stepimport::MaxInstances));
+  } else {
+    Q_EMIT Failed(tr("%1: cannot be added to the tree").arg(file));
+  }
+}
+
+void Session::_Warn(const std::vector<std::string>& warnings)
+{
+  if (warnings.empty()) {
     return;
   }
-  m_files.emplace(file, top);
-  const std::vector<PlacedShape> shapes = FindPlacedShapes(result.assembly, result.shapes, top);
-  stepimport::AddToScene(*m_scene, top);
-  Q_EMIT Opened(ToText(file), shapes);
-  if (!result.warnings.empty()) {
-    QStringList messages;
-    for (const std::string& warning : result.warnings) {
-      messages += QString::fromStdString(warning);
-    }
-    Q_EMIT Warned(messages);
+  QStringList messages;
+  for (const std::string& warning : warnings) {
+    messages += QString::fromStdString(warning);
+  }
+  Q_EMIT Warned(messages);
+}
+
+// Most portions do not get as far as the next percent.
+void Session::_TellProgress(int percent, const QString& stage)
+{
+  if (std::exchange(m_percent, percent) != percent) {
+    Q_EMIT ReadingProgressed(percent, stage);
+  }
+}
+
+void Session::_GoOn()
+{
+  // Who was told of a file may have begun another one.
+  if (!IsReading()) {
+    _ReadNext();
+  }
+  if (!IsReading()) {
+    Q_EMIT ReadingEnded();
   }
 }
 

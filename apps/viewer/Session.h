@@ -3,12 +3,14 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <deque>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <vector>
 
+#include "FileFilling.h"
 #include "FileReading.h"
 #include "PlacedShape.h"
 #include "du/SmartPtr.h"
@@ -21,8 +23,8 @@
 namespace viewer {
 
 /// All files that are open: one kernel, one tree with a branch for each file, one scene of all of them and its views.
-/// Files are read one after the other on a worker, and come into the tree whole or not at all. Lives as long as the
-/// main window; owner's thread, which is that of the window.
+/// Files are read one after the other on a worker, and come into the tree whole or not at all, in small portions
+/// between which the window answers. Lives as long as the main window; owner's thread, which is that of the window.
 class Session final : public QObject {
   Q_OBJECT
 
@@ -37,10 +39,11 @@ public:
   /// Reads these once those that were asked for before are read. A file that is open already, or is waiting, is told by
   /// `Failed`.
   void Open(const QStringList& files);
-  /// What is being read ends soon, and what waits is forgotten. What is open stays.
+  /// What is being read ends soon, what of it is in the tree goes, and what waits is forgotten. What is open stays.
   void CancelReading();
   void CloseAll();
-  [[nodiscard]] bool IsReading() const noexcept { return static_cast<bool>(m_reading); }
+  /// Until what was read is in the tree and in the scene.
+  [[nodiscard]] bool IsReading() const noexcept { return m_reading || m_filling; }
   [[nodiscard]] QStringList GetOpenFiles() const;
   /// The instance that stands for an open file, by the name that `Opened` tells; null for any other.
   [[nodiscard]] du::SmartPtr<memkernel::Instance> FindFile(const QString& file) const;
@@ -63,8 +66,10 @@ Q_SIGNALS:
   void ReadingProgressed(int percent, const QString& stage);
   /// Nothing is being read and nothing waits.
   void ReadingEnded();
-  /// The file is in the tree and in the scene.
-  void Opened(const QString& file, const std::vector<viewer::PlacedShape>& shapes);
+  /// These are in the tree and in the scene, with others of the file to come. They go again if it is called off.
+  void Placed(const std::vector<viewer::PlacedShape>& shapes);
+  /// All of the file is in the tree and in the scene.
+  void Opened(const QString& file);
   /// File and cause. What is open is as it was.
   void Failed(const QString& message);
   void Warned(const QStringList& messages);
@@ -72,8 +77,15 @@ Q_SIGNALS:
 
 private:
   void _ReadNext();
-  void _OnRead(const stepimport::ReadResult& result);
-  void _Fill(const std::filesystem::path& file, const stepimport::ReadResult& result);
+  void _OnRead(stepimport::ReadResult result);
+  void _BeginFilling(const std::filesystem::path& file, stepimport::ReadResult result);
+  void _FillSome();
+  void _EndFilling();
+  void _TellRefused(const FileFilling& filling);
+  void _Warn(const std::vector<std::string>& warnings);
+  void _TellProgress(int percent, const QString& stage);
+  /// After the end of one file.
+  void _GoOn();
   [[nodiscard]] bool _IsKnown(const std::filesystem::path& file) const;
 
   const du::SmartPtr<memkernel::World> m_world;
@@ -85,6 +97,9 @@ private:
   std::map<std::filesystem::path, du::SmartPtr<memkernel::Instance>> m_files;
   std::deque<std::filesystem::path> m_waiting;
   du::SmartPtr<FileReading> m_reading;
+  std::unique_ptr<FileFilling> m_filling;
+  QTimer m_fillingDue;
+  int m_percent = 0;
   std::vector<du::SmartPtr<memkernel::ShapeView>> m_views;
   du::SmartPtr<memkernel::ShapeView> m_activeView;
   du::SmartPtr<Follower> m_follower;

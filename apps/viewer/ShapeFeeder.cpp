@@ -96,11 +96,23 @@ ShapeFeeder::~ShapeFeeder()
 void ShapeFeeder::CallOff()
 {
   for (const auto& [shape, request] : std::exchange(m_waiting, {})) {
-    request->isCalledOff = true;
-    if (request->load) {
-      // They hold each other otherwise.
-      std::exchange(request->load, {})->Cancel();
-    }
+    _CallOff(*request);
+  }
+}
+
+void ShapeFeeder::CallOff(const memkernel::Shape& shape)
+{
+  if (const auto waiting = m_waiting.extract(&shape)) {
+    _CallOff(*waiting.mapped());
+  }
+}
+
+void ShapeFeeder::_CallOff(Request& request)
+{
+  request.isCalledOff = true;
+  if (request.load) {
+    // They hold each other otherwise.
+    std::exchange(request.load, {})->Cancel();
   }
 }
 

@@ -32,6 +32,8 @@ public:
   void Ask(const du::SmartPtr<memkernel::Shape>& shape, const std::shared_ptr<const ShapeSource>& source);
   /// Nothing comes of what has been asked for up to now, and no worker goes on with it.
   void CallOff();
+  /// As above, of this shape alone.
+  void CallOff(const memkernel::Shape& shape);
   /// What has been asked for and is not ready yet.
   [[nodiscard]] std::size_t GetWaitingCount() const noexcept { return m_waiting.size(); }
 
@@ -42,6 +44,7 @@ private:
 
   using RequestPtr = std::shared_ptr<Request>;
 
+  static void _CallOff(Request& request);
   void _Load(const RequestPtr& request);
   void _Copy(const RequestPtr& request);
   void _Finish(const Request& request, const TopoDS_Shape& drawable);

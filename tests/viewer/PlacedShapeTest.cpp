@@ -10,8 +10,8 @@
 
 namespace {
 
-using viewer::FindPlacedShapes;
 using viewer::PlacedShape;
+using viewer::PlacedShapeFinder;
 
 class PlacedShapes : public testing::Test {
 protected:
@@ -19,7 +19,7 @@ protected:
   {
     read = stepimport::Import(SAMPLES_DIR "/nested-assembly.stp", *tree, {}, nullptr);
     ASSERT_TRUE(read.ok) << read.error;
-    shapes = FindPlacedShapes(read.assembly, read.shapes, read.instance);
+    shapes = PlacedShapeFinder(read.assembly, read.shapes, read.instance).FindSome(s_all);
   }
   [[nodiscard]] std::vector<const PlacedShape*> FindAll(const std::string& name) const
   {
@@ -31,6 +31,8 @@ protected:
     }
     return found;
   }
+
+  static constexpr std::size_t s_all = 1000;
 
   const du::SmartPtr<memkernel::Tree> tree = du::MakeSmart<memkernel::Tree>();
   stepimport::ImportResult read;
@@ -80,10 +82,35 @@ TEST_F(PlacedShapes, OfBodies_StandWhereTheirPartStands)
   EXPECT_TRUE(body[0]->place.TranslationPart().IsEqual(part[0]->place.TranslationPart(), 0));
 }
 
+TEST_F(PlacedShapes, FoundInPortions_AreTheSameInTheSameOrder)
+{
+  PlacedShapeFinder finder(read.assembly, read.shapes, read.instance);
+  std::vector<PlacedShape> found;
+  int portions = 0;
+  for (; !finder.IsDone(); ++portions) {
+    const std::vector<PlacedShape> some = finder.FindSome(1);
+    found.insert(found.end(), some.begin(), some.end());
+  }
+
+  ASSERT_EQ(found.size(), shapes.size());
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    EXPECT_EQ(found[i].instance, shapes[i].instance);
+    EXPECT_TRUE(found[i].place.TranslationPart().IsEqual(shapes[i].place.TranslationPart(), 0));
+  }
+  EXPECT_GE(portions, 25);
+  EXPECT_EQ(finder.GetVisitedCount(), stepimport::CountInstances(read.assembly));
+}
+
 TEST_F(PlacedShapes, OfNothing_AreNone)
 {
-  EXPECT_TRUE(FindPlacedShapes(read.assembly, read.shapes, {}).empty());
-  EXPECT_TRUE(FindPlacedShapes({}, read.shapes, read.instance).empty());
+  PlacedShapeFinder withoutTop(read.assembly, read.shapes, {});
+  EXPECT_TRUE(withoutTop.IsDone());
+  EXPECT_TRUE(withoutTop.FindSome(s_all).empty());
+
+  const stepimport::Assembly nothing;
+  PlacedShapeFinder withoutProducts(nothing, read.shapes, read.instance);
+  EXPECT_TRUE(withoutProducts.IsDone());
+  EXPECT_TRUE(withoutProducts.FindSome(s_all).empty());
 }
 
 }  // namespace
