@@ -6,6 +6,7 @@
 #include <V3d_TypeOfOrientation.hxx>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -21,6 +22,9 @@ namespace {
 
 /// While much comes in, drawing must not take all the time.
 constexpr int s_redrawMs = 40;
+/// As many times as a drawing takes the next one waits for, so that a large scene goes on all the same.
+constexpr int s_restPerDrawing = 3;
+constexpr int s_longestRestMs = 2000;
 constexpr double s_fitMargin = 0.08;
 constexpr int s_keyStep = 40;
 /// Edges are lines of one pixel, which would be stairs otherwise.
@@ -106,8 +110,11 @@ void ModelView::paintEvent(QPaintEvent* /*event*/)
     m_view->FitAll(s_fitMargin, false);
   }
   m_isStale = false;
+  QElapsedTimer drawing;
+  drawing.start();
   m_view->InvalidateImmediate();
   m_view->Redraw();
+  m_redraw.setInterval(std::clamp(s_restPerDrawing * static_cast<int>(drawing.elapsed()), s_redrawMs, s_longestRestMs));
 }
 
 void ModelView::resizeEvent(QResizeEvent* /*event*/)
