@@ -15,6 +15,30 @@ constexpr unsigned int s_selection = zelk::SelectionManager::SelectionList;
 constexpr unsigned int s_associated = zelk::SelectionManager::AssocHlightList;
 /// What the pointer only passes is not worth the work.
 constexpr int s_restMs = 50;
+/// As long as nobody notices that the window does not answer.
+constexpr int s_portionMs = 10;
+
+bool IsAtOrBelow(du::SmartPtr<zelk::BaseInstance> instance, const zelk::BaseInstance* top)
+{
+  while (instance && instance.Get() != top) {
+    instance->GetBaseParent(instance);
+  }
+  return static_cast<bool>(instance);
+}
+
+/// What of these branches is in that of `file`, by the tops of it.
+InstanceList FindWithin(const InstanceList& tops, const du::SmartPtr<zelk::Instance>& file)
+{
+  InstanceList within;
+  for (const auto& top : tops) {
+    if (IsAtOrBelow(top, file.Get())) {
+      within.insert(top);
+    } else if (IsAtOrBelow(file, top.Get())) {
+      within.insert(file);
+    }
+  }
+  return within;
+}
 
 }  // namespace
 
@@ -57,14 +81,17 @@ SceneBinding::SceneBinding(Session& session, ModelScene& drawn)
       m_selected(session.GetWorld(), s_selection,
                  [&drawn](ModelScene::InstanceSet instances) { drawn.SetSelected(std::move(instances)); }),
       m_associated(session.GetWorld(), s_associated,
-                   [&drawn](ModelScene::InstanceSet instances) { drawn.SetAssociated(std::move(instances)); })
+                   [&drawn](ModelScene::InstanceSet instances) { drawn.SetAssociated(std::move(instances)); }),
+      m_visibility(session.GetScene())
 {
+  connect(&m_visibilityDue, &QTimer::timeout, this, &SceneBinding::_SetSomeVisible);
   m_pointedDue.setSingleShot(true);
   m_pointedDue.setInterval(s_restMs);
   connect(&m_pointedDue, &QTimer::timeout, this, &SceneBinding::_HighlightPointed);
   connect(&m_selected, &ListHighlight::Changed, this, &SceneBinding::SelectionChanged);
   connect(&session, &Session::Placed, this, &SceneBinding::_Add);
-  connect(&session, &Session::Opened, this, &SceneBinding::_RefreshHighlights);
+  connect(&session, &Session::Opened, this, &SceneBinding::_OnOpened);
+  connect(&session, &Session::ReadingEnded, this, [this] { m_meanwhile.clear(); });
   connect(&session, &Session::Closed, this, &SceneBinding::_ForgetAll);
   session.GetScene()->RegisterObserver(
       *m_sceneFollower, du::Flags(memkernel::ShapeSceneExistence | memkernel::ShapeSceneVisibility), false);
@@ -91,9 +118,20 @@ void SceneBinding::_Add(const std::vector<PlacedShape>& shapes)
   }
 }
 
+void SceneBinding::_OnOpened(const QString& file)
+{
+  const du::SmartPtr<zelk::Instance> top = m_session.FindFile(file);
+  for (const auto& [instances, isVisible] : std::exchange(m_meanwhile, {})) {
+    SetVisible(FindWithin(instances, top), isVisible);
+  }
+  _RefreshHighlights();
+}
+
 void SceneBinding::_ForgetAll()
 {
   m_feeder.CallOff();
+  m_visibility.Clear();
+  m_meanwhile.clear();
   PointAt({});
   _RefreshHighlights();
 }
@@ -146,7 +184,8 @@ void SceneBinding::_HighlightPointed()
 
 bool SceneBinding::IsUpToDate() const
 {
-  return !m_pointedDue.isActive() && m_selected.IsUpToDate() && m_associated.IsUpToDate() && !m_drawn.IsAtWork();
+  return m_visibility.IsEmpty() && !m_pointedDue.isActive() && m_selected.IsUpToDate() && m_associated.IsUpToDate()
+         && !m_drawn.IsAtWork();
 }
 
 InstanceList SceneBinding::_GetListed(unsigned int list) const
@@ -163,18 +202,21 @@ void SceneBinding::SelectNothing()
 
 bool SceneBinding::SetVisible(const InstanceList& instances, bool isVisible)
 {
-  InstanceList all;
-  zelk::Instance::GetInstancesAndDescendents(instances, all);
-  memkernel::ShapeScene& scene = *m_session.GetScene();
-  const memkernel::ShapeSceneBatch batch(scene);
-  bool hasChanged = false;
-  for (const auto& instance : all) {
-    const auto shape = scene.FindShapeInstance(instance.Get());
-    if (shape && shape->IsVisible() != isVisible) {
-      hasChanged = scene.SetVisible(shape, isVisible) || hasChanged;
-    }
+  if (m_session.IsFilling()) {
+    m_meanwhile.emplace_back(instances, isVisible);
   }
-  return hasChanged;
+  if (!m_visibility.Add(instances, isVisible)) {
+    return false;
+  }
+  m_visibilityDue.start();
+  return true;
+}
+
+void SceneBinding::_SetSomeVisible()
+{
+  if (m_visibility.GoOn(QDeadlineTimer(s_portionMs))) {
+    m_visibilityDue.stop();
+  }
 }
 
 void SceneBinding::HideSelected()
@@ -190,23 +232,15 @@ void SceneBinding::ShowSelected()
 void SceneBinding::ShowOnlySelected()
 {
   const InstanceList selected = _GetListed(s_selection);
-  if (selected.empty()) {
-    return;
-  }
-  InstanceList shown;
-  zelk::Instance::GetInstancesAndDescendents(selected, shown);
-  InstanceList others;
-  zelk::Instance::GetInstancesAndDescendents({m_session.GetWorld()->GetMemTree().GetRootInstance()}, others);
-  memkernel::ShapeScene& scene = *m_session.GetScene();
-  const memkernel::ShapeSceneBatch batch(scene);
-  for (const auto& instance : others) {
-    scene.SetVisible(scene.FindShapeInstance(instance.Get()), shown.contains(instance));
+  if (!selected.empty()) {
+    SetVisible({m_session.GetRoot()}, false);
+    SetVisible(selected, true);
   }
 }
 
 void SceneBinding::ShowAll()
 {
-  SetVisible({m_session.GetWorld()->GetMemTree().GetRootInstance()}, true);
+  SetVisible({m_session.GetRoot()}, true);
 }
 
 std::size_t SceneBinding::GetSelectedCount() const

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QTimer>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "ListHighlight.h"
@@ -11,6 +12,7 @@
 #include "PlacedShape.h"
 #include "Session.h"
 #include "ShapeFeeder.h"
+#include "VisibilityQueue.h"
 #include "du/SmartPtr.h"
 
 namespace viewer {
@@ -35,16 +37,19 @@ public:
   /// moment; nothing any more for null, at once.
   void PointAt(const du::SmartPtr<memkernel::Instance>& instance);
   void SelectNothing();
-  /// These work on what is selected, with all that is below it, and do nothing without a selection.
+  /// These work on what is selected, with all that is below it, and do nothing without a selection. As all that follow
+  /// they are done soon, in small portions between which the window answers, and in the end as if one after the other.
   void HideSelected();
   void ShowSelected();
   void ShowOnlySelected();
   void ShowAll();
-  /// All that is in the scene at these instances and below them. Whether any of it was otherwise before.
+  /// All that is in the scene at these instances and below them. Whether any of it is otherwise, or will be by what was
+  /// asked for before.
   bool SetVisible(const std::set<du::SmartPtr<zelk::Instance>>& instances, bool isVisible);
 
   [[nodiscard]] std::size_t GetSelectedCount() const;
-  /// Whether what is selected and pointed at is drawn; otherwise it will be soon.
+  /// Whether what is selected and pointed at is drawn, and what is to be shown and hidden is; otherwise it will be
+  /// soon.
   [[nodiscard]] bool IsUpToDate() const;
   [[nodiscard]] std::size_t GetLoadingCount() const noexcept { return m_feeder.GetWaitingCount(); }
 
@@ -57,7 +62,9 @@ private:
   class SceneFollower;
 
   void _Add(const std::vector<PlacedShape>& shapes);
+  void _OnOpened(const QString& file);
   void _ForgetAll();
+  void _SetSomeVisible();
   void _RefreshHighlights();
   void _OnPicked(const du::SmartPtr<memkernel::Instance>& instance, PickMode mode);
   void _HighlightPointed();
@@ -73,6 +80,10 @@ private:
   du::SmartPtr<memkernel::Instance> m_pointed;
   QTimer m_pointedDue;
   bool m_picksBodies = true;
+  VisibilityQueue m_visibility;
+  QTimer m_visibilityDue;
+  /// What was asked for while a file came into the scene. Parts of it that came later are to follow.
+  std::vector<std::pair<VisibilityQueue::Instances, bool>> m_meanwhile;
 };
 
 }  // namespace viewer

@@ -44,6 +44,8 @@ public:
   void CloseAll();
   /// Until what was read is in the tree and in the scene.
   [[nodiscard]] bool IsReading() const noexcept { return m_reading || m_filling; }
+  /// Whether a file that was read is on its way into the tree and the scene.
+  [[nodiscard]] bool IsFilling() const noexcept { return static_cast<bool>(m_filling); }
   [[nodiscard]] QStringList GetOpenFiles() const;
   /// The instance that stands for an open file, by the name that `Opened` tells; null for any other.
   [[nodiscard]] du::SmartPtr<memkernel::Instance> FindFile(const QString& file) const;

@@ -5,6 +5,9 @@
 #include <QTest>
 #include <QToolButton>
 
+#include <algorithm>
+#include <set>
+
 #include "support/NestedFile.h"
 #include "support/Stage.h"
 
@@ -43,6 +46,15 @@ protected:
     unsigned int count = 0;
     Session().GetWorld()->GetMemTree().GetNumInstances(count);
     return count;
+  }
+  [[nodiscard]] unsigned int CountVisible()
+  {
+    std::set<du::SmartPtr<zelk::Instance>> all;
+    zelk::Instance::GetInstancesAndDescendents({Session().GetRoot()}, all);
+    return static_cast<unsigned int>(std::count_if(all.begin(), all.end(), [this](const auto& instance) {
+      const auto shape = Session().GetScene()->FindShapeInstance(instance.Get());
+      return shape && shape->IsVisible();
+    }));
   }
   /// What is there with the leaf alone.
   void ExpectNothingButTheLeaf()
@@ -213,6 +225,20 @@ TEST_F(Filling, EndOfTheWindow_InTheMiddle_EndsAll)
   window.reset();
 
   EXPECT_EQ(window, nullptr);
+}
+
+TEST_F(Filling, Hide_InTheMiddle_TakesInWhatComesLater)
+{
+  OnPlaced([this] {
+    window->GetBinding().SetVisible({Find("level 3")}, false);
+    window->GetBinding().SetVisible({Find("level 2")}, true);
+  });
+  const memkernel::ParallelTaskPause pause(Session().GetWorld()->GetMemTaskPool());
+
+  window->Open({large});
+  WaitFor([this] { return !Session().IsReading() && window->GetBinding().IsUpToDate(); }, "the file");
+
+  EXPECT_EQ(CountVisible(), static_cast<unsigned int>(s_width * s_width));
 }
 
 TEST_F(Filling, Selection_InTheMiddle_IsTakenByPanelAndScene)

@@ -73,6 +73,54 @@ TEST_F(Visibility, SetVisible_TellsWhetherAnythingHasChanged)
   EXPECT_FALSE(binding.SetVisible({}, false));
 }
 
+TEST_F(Visibility, SetVisible_IsDoneInTurnsOfItsOwn)
+{
+  viewer::SceneBinding& binding = window->GetBinding();
+
+  EXPECT_TRUE(binding.SetVisible({Find("bolt set:1")}, false));
+  EXPECT_FALSE(binding.IsUpToDate());
+  EXPECT_TRUE(IsShown("core"));
+  EXPECT_EQ(window->GetModel().GetShownCount(), s_pumpParts);
+
+  Settle();
+  EXPECT_EQ(window->GetModel().GetShownCount(), s_pumpParts - 4);
+}
+
+TEST_F(Visibility, Commands_ThatFollowAtOnce_EndAsOneAfterTheOther)
+{
+  viewer::SceneBinding& binding = window->GetBinding();
+
+  binding.SetVisible({Find("Files")}, false);
+  binding.SetVisible({Find("valve block:1")}, true);
+  binding.SetVisible({Find("core")}, false);
+  Settle();
+
+  EXPECT_EQ(window->GetModel().GetShownCount(), 2U);
+  EXPECT_FALSE(IsVisible("core"));
+  EXPECT_EQ(RowOf("core").siblingAtColumn(1).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+  EXPECT_EQ(RowOf("valve block:1").siblingAtColumn(1).data(Qt::CheckStateRole).toInt(), Qt::PartiallyChecked);
+}
+
+TEST_F(Visibility, CloseAll_OfWhatIsToBeHidden_LeavesNothingToDo)
+{
+  viewer::SceneBinding& binding = window->GetBinding();
+  binding.SetVisible({Find("Files")}, false);
+
+  window->GetSession().CloseAll();
+  Open({s_pump});
+
+  EXPECT_EQ(window->GetModel().GetShownCount(), s_pumpParts);
+}
+
+TEST_F(Visibility, EndOfTheWindow_WithSomethingToHide_EndsAll)
+{
+  window->GetBinding().SetVisible({Find("Files")}, false);
+
+  window.reset();
+
+  EXPECT_EQ(window, nullptr);
+}
+
 TEST_F(Visibility, ShowOnlyThis_HidesAllOthers)
 {
   Select("valve block:1");
