@@ -141,9 +141,37 @@ TEST_F(ItemModelFilter, LateResult_IsWrittenOnTopOfTheRows)
   stage.Settle();
 
   EXPECT_EQ(before, "root[plate[bolt nut] frame[bolt bar] rod]");
-  EXPECT_EQ(stage.model.GetRowCount(), 8U);
-  EXPECT_TRUE(stage.FindIndex("bar").isValid());
+  EXPECT_EQ(stage.GetText(), before);
   EXPECT_EQ(resets.count(), 1);
+}
+
+TEST_F(ItemModelFilter, LateResultWithoutAMatch_IsNotSaidOverTheRows)
+{
+  stage.checksProtocol = false;
+  stage.GetFilter().SetText("wheel");
+  stage.state->PopulateTree(false);
+  stage.GetFilter().SetText("");
+  stage.state->PopulateTree(false);
+
+  stage.Settle();
+
+  EXPECT_EQ(stage.GetText(), "root[plate[bolt nut] frame[bolt bar] rod]");
+  EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::None);
+}
+
+TEST_F(ItemModelFilter, LateResultThatIsCancelled_LeavesNoPlaceholder)
+{
+  stage.checksProtocol = false;
+  stage.GetFilter().SetText("bar");
+  stage.state->PopulateTree(false);
+  stage.GetFilter().SetText("");
+  stage.state->PopulateTree(false);
+  EXPECT_TRUE(stage.model.CancelFilter());
+
+  stage.Settle();
+
+  EXPECT_EQ(stage.GetText(), "root[plate[bolt nut] frame[bolt bar] rod]");
+  EXPECT_EQ(stage.model.GetResultNote(), GuiTreeItemModel::ResultNote::None);
 }
 
 TEST_F(ItemModelFilter, EditAfterAResultThatMadeNoRows_IsNoReset)

@@ -45,6 +45,7 @@ void GuiTreeItemModel::FinishTreeUpdate()
 void GuiTreeItemModel::ClearTree()
 {
   m_note = ResultNote::None;
+  m_isResultOnTop = false;
   m_run = {};
   m_staged.clear();
   _BeginReset();
@@ -85,8 +86,11 @@ void GuiTreeItemModel::InstanceCreate(guitree::FilteredTree::Node* node,
   }
   const RowId parent = _FindRowAbove(*node);
   _BeginResult(parent);
+  const RowId known = m_isResultOnTop ? m_rows->Find(node->instance) : RowTable::s_none;
   const RowId next = m_rows->IsFilling() ? RowTable::s_none : _FindNextRow(*node, parent);
-  _BeginRow(_PutRow(Instance(node->instance), parent, next), controller, assocHlight);
+  // A row keeps its place among others that the result does not have.
+  _BeginRow(_IsNextRow(known, parent) ? known : _PutRow(Instance(node->instance), parent, next), controller,
+            assocHlight);
   // A result tells each placeholder by itself.
   if (!m_isResetting && node->parent && parent != RowTable::s_top
       && m_rows->GetInstance(parent) == node->parent->instance) {
@@ -128,7 +132,7 @@ void GuiTreeItemModel::InstanceRemove(const du::SmartPtr<zelk::BaseInstance>& in
 void GuiTreeItemModel::FilterNodeCreate(guitree::FilteredTree::Node* node)
 {
   const RowId row = m_rows->Find(node ? node->instance : nullptr);
-  if (row != RowTable::s_none) {
+  if (row != RowTable::s_none && !m_isResultOnTop) {
     _SetPlaceholder(row, true);
     _Settle();
   }
@@ -152,12 +156,16 @@ void GuiTreeItemModel::SetTreeCalculating(bool calculating)
   }
 }
 
-// A cancelled job has a result like any other, which alone does not tell.
+// A cancelled job has a result like any other, which alone does not tell. One on top of rows tells nothing of these.
 void GuiTreeItemModel::PostProcessingComplete()
 {
   const guitree::GuiTree* const panel = GetPanel();
   const auto result = panel ? panel->GetFilteredTree() : nullptr;
-  if (m_progress && m_progress->IsCancelled()) {
+  // One that was cancelled before it began has no row at all.
+  const bool isWithoutRows = m_isResultDue && m_rows->GetCount() > 0;
+  if (std::exchange(m_isResultOnTop, false) || isWithoutRows) {
+    m_note = ResultNote::None;
+  } else if (m_progress && m_progress->IsCancelled()) {
     m_note = ResultNote::Cancelled;
   } else {
     m_note = result && result->IsFilteredTreeEmpty() ? ResultNote::NoMatch : ResultNote::None;
@@ -311,7 +319,8 @@ void GuiTreeItemModel::_BeginResult(RowId parent)
   }
   _TellRun();
   _BeginReset();
-  if (m_rows->GetCount() == 0) {
+  m_isResultOnTop = m_rows->GetCount() > 0;
+  if (!m_isResultOnTop) {
     _Clear();
   }
 }

@@ -334,6 +334,8 @@ private:
   bool m_isResetting = false;
   /// A filter has ended, and its result may come next.
   bool m_isResultDue = false;
+  /// Its rows come while those of a tree without a filter stand.
+  bool m_isResultOnTop = false;
   bool m_haveAllChanged = false;
   bool m_haveRowsChanged = false;
   bool m_isResultIn = false;
