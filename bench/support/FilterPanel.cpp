@@ -4,6 +4,7 @@
 #include <chrono>
 #include <ctime>
 
+#include "guitree/StructureFilteredTree.h"
 #include "guitree/TreeController.h"
 #include "guitree/WorldTreeState.h"
 #include "support/Measure.h"
@@ -46,6 +47,10 @@ public:
     return 0;
   }
   structure_utils::TreeFilterInfoBase& GetFilter(const du::SmartPtr<zelk::View>& /*view*/) override { return filter; }
+  guitree::FilteredTree* CreateFilteredTree() override
+  {
+    return std::make_unique<guitree::StructureFilteredTree>().release();
+  }
 
   zelremote::StructureFilterInfo filter{"bench"};
 };
