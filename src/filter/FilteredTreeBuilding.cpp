@@ -56,7 +56,7 @@ class FilterScope {
 public:
   using Filter = structure_utils::TreeFilterInfoBase;
 
-  FilterScope(const Filter*& place, const Filter& filter) : m_place(place) { m_place = &filter; }
+  FilterScope(const Filter*& place, const Filter& filter) : m_place(place) { place = &filter; }
   ~FilterScope() { m_place = nullptr; }
   FilterScope(const FilterScope&) = delete;
   FilterScope& operator=(const FilterScope&) = delete;
