@@ -232,25 +232,16 @@ FilterTimes FilterByFreshProxy(QTreeView& view, QAbstractItemModel& rows, const 
   return times;
 }
 
-/// In a view that has shown nothing yet.
-FilterTimes FilterInFreshView(QAbstractItemModel& rows, const QString& text, std::size_t expected)
+/// In a view that shows nothing yet, or `shown` with all branches open, as the panel's does.
+FilterTimes FilterInView(QAbstractItemModel* shown, QAbstractItemModel& rows, const QString& text, std::size_t expected)
 {
   QTreeView view;
   view.setUniformRowHeights(true);
   view.resize(s_window);
-  view.show();
-  Paint(view);
-  return FilterByFreshProxy(view, rows, text, expected);
-}
-
-/// In a view that shows all rows, with all branches open, as the panel's does.
-FilterTimes FilterInExpandedView(QAbstractItemModel& rows, const QString& text, std::size_t expected)
-{
-  QTreeView view;
-  view.setUniformRowHeights(true);
-  view.resize(s_window);
-  view.setModel(&rows);
-  ExpandBranches(view);
+  if (shown) {
+    view.setModel(shown);
+    ExpandBranches(view);
+  }
   view.show();
   Paint(view);
   return FilterByFreshProxy(view, rows, text, expected);
@@ -306,11 +297,11 @@ Figures Filter(std::size_t rows, const FilterText& filter)
     figures["rows"] = static_cast<double>(expected);
     const double scroll = ScrollToEnd(view);
     figures["scroll_ms"] = scroll * s_milliseconds;
-    const FilterTimes proxy = FilterInExpandedView(*lean, text, expected);
+    const FilterTimes proxy = FilterInView(lean.get(), *lean, text, expected);
     figures["x_proxy"] = seconds / proxy.whole;
     figures["proxy_ms"] = proxy.whole * s_milliseconds;
     figures["proxy_scroll_ms"] = proxy.scroll * s_milliseconds;
-    figures["x_fresh_view"] = seconds / FilterInFreshView(*lean, text, expected).whole;
+    figures["x_fresh_view"] = seconds / FilterInView(nullptr, *lean, text, expected).whole;
     if (IsBearableUnderExpandedView(rows, expected)) {
       const double under = FilterUnderExpandedView(*lean, text, expected);
       figures["x_expanded_proxy"] = seconds / under;

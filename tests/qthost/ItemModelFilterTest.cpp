@@ -14,6 +14,16 @@ using testing::ElementsAre;
 class ItemModelFilter : public testing::Test {
 protected:
   void SetUp() override { stage.Initialise(); }
+  /// All rows stand then, and the result comes on top of them.
+  void SwitchFilterOffAtWork(const std::string& text)
+  {
+    stage.checksProtocol = false;
+    stage.GetFilter().SetText(text);
+    stage.state->PopulateTree(false);
+    stage.GetFilter().SetText("");
+    stage.state->PopulateTree(false);
+  }
+
   Stage stage{"root[plate[bolt nut] frame[bolt bar] rod]"};
 };
 
@@ -130,11 +140,7 @@ TEST_F(ItemModelFilter, RowsWithoutAPlaceholder_HaveNothingToFetch)
 // The job of a filter that is switched off ends with a result all the same.
 TEST_F(ItemModelFilter, LateResult_IsWrittenOnTopOfTheRows)
 {
-  stage.checksProtocol = false;
-  stage.GetFilter().SetText("bar");
-  stage.state->PopulateTree(false);
-  stage.GetFilter().SetText("");
-  stage.state->PopulateTree(false);
+  SwitchFilterOffAtWork("bar");
   const std::string before = stage.GetText();
   const QSignalSpy resets(&stage.model, &QAbstractItemModel::modelReset);
 
@@ -147,11 +153,7 @@ TEST_F(ItemModelFilter, LateResult_IsWrittenOnTopOfTheRows)
 
 TEST_F(ItemModelFilter, LateResultWithoutAMatch_IsNotSaidOverTheRows)
 {
-  stage.checksProtocol = false;
-  stage.GetFilter().SetText("wheel");
-  stage.state->PopulateTree(false);
-  stage.GetFilter().SetText("");
-  stage.state->PopulateTree(false);
+  SwitchFilterOffAtWork("wheel");
 
   stage.Settle();
 
@@ -161,11 +163,7 @@ TEST_F(ItemModelFilter, LateResultWithoutAMatch_IsNotSaidOverTheRows)
 
 TEST_F(ItemModelFilter, LateResultThatIsCancelled_LeavesNoPlaceholder)
 {
-  stage.checksProtocol = false;
-  stage.GetFilter().SetText("bar");
-  stage.state->PopulateTree(false);
-  stage.GetFilter().SetText("");
-  stage.state->PopulateTree(false);
+  SwitchFilterOffAtWork("bar");
   EXPECT_TRUE(stage.model.CancelFilter());
 
   stage.Settle();
