@@ -52,6 +52,7 @@ private:
     std::size_t next = 0;
     bool hasMatchedSibling = false;
     /// Of each child that was judged in the search for a match: whether it stands among the created items since then.
+    /// Empty without a search.
     std::vector<bool> isCreated;
     /// Of the child under way.
     bool isKept = false;
@@ -77,7 +78,7 @@ private:
   {
     const Child& child = level.children[level.next];
     const Instance& reference = _GetReference(child);
-    level.isRecorded = level.hasMatchedSibling && level.isCreated[level.next];
+    level.isRecorded = !level.isCreated.empty() && level.isCreated[level.next];
     const KnownItem known(m_tree, level.isRecorded ? reference.Get() : nullptr);
     _JudgeChild(level, reference);
     ++level.next;
@@ -123,6 +124,7 @@ private:
     level.next = 0;
     level.pendingBranch = nullptr;
     _FillChildren(level.children, child);
+    level.isCreated.clear();
     level.hasMatchedSibling = m_info.filter.GetShowSiblings() && _FindMatch(level);
   }
 
@@ -138,11 +140,11 @@ private:
   [[nodiscard]] bool _FindMatch(Level& level)
   {
     bool hasMatch = false;
-    level.isCreated.clear();
     for (const Child& child : level.children) {
       const Instance& reference = _GetReference(child);
       const bool isMatch = !_IsFilteredOut(reference);
-      level.isCreated.push_back(isMatch && m_tree.createdItems.IsRecordedLast(reference));
+      // Also of those that an exemption takes out again.
+      level.isCreated.push_back(m_tree.createdItems.IsRecordedLast(reference));
       hasMatch = hasMatch || isMatch;
       if (isMatch && !m_tree.ForceCheckFilteringForAllItems(m_hiddenPass)) {
         break;

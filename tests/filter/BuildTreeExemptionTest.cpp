@@ -191,5 +191,19 @@ TEST(BuildTreeExemption, HoldsInBothPasses)
   EXPECT_EQ(stage.GetRows(), "root[e[f]]");
 }
 
+TEST(BuildTreeExemption, MatchesThatAreFilteredOutAtTheRoot_AreCountedOnceAmongSiblings)
+{
+  Stage stage("root[a b[x] c]");
+  stage.filter.showSiblings = true;
+  stage.filter.filtersOutAtRoot = [](const Instance&) { return true; };
+  stage.LetThrough({"a", "b"});
+  stage.Spare("x");
+
+  stage.Build();
+
+  EXPECT_EQ(stage.GetMatched(), (Names{"a", "b"}));
+  EXPECT_EQ(stage.tree->GetNumMatchedItems(), 2U);
+}
+
 }  // namespace
 }  // namespace filtertest
