@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <vector>
 
 #include "TestInstance.h"
 #include "TextOf.h"
@@ -15,6 +16,13 @@ using hosttest::TextOf;
 /// Nodes under one root, as a filter leaves them.
 class TextHostFiltered : public testing::Test {
 protected:
+  void ShowWithoutAFilter(const std::vector<Instance>& instances)
+  {
+    for (const Instance& instance : instances) {
+      hosttest::Create(host, instance);
+    }
+  }
+
   /// A null instance makes a placeholder. Before `next`, or last for null.
   FilteredTree::Node* Add(FilteredTree::Node* parent, const Instance& instance, FilteredTree::Node* next = nullptr)
   {
@@ -164,9 +172,7 @@ TEST_F(TextHostFiltered, RowsOfAnOpenedPlaceholder_StandWhereTheirNodesStand)
 
 TEST_F(TextHostFiltered, NodeOfARowThatIsThere_LeavesItWhereItStands)
 {
-  for (const Instance& instance : {root, a, b, c}) {
-    hosttest::Create(host, instance);
-  }
+  ShowWithoutAFilter({root, a, b, c});
 
   Show(rootNode);
   Show(Add(rootNode, c));
@@ -181,9 +187,7 @@ TEST_F(TextHostFiltered, NodeOfARowThatIsThere_LeavesItWhereItStands)
 
 TEST_F(TextHostFiltered, NodeOfARowUnderAnotherParent_TakesItThere)
 {
-  for (const Instance& instance : {root, a, b, c}) {
-    hosttest::Create(host, instance);
-  }
+  ShowWithoutAFilter({root, a, b, c});
 
   Show(rootNode);
   auto* nodeC = Add(rootNode, c);
